@@ -1,0 +1,35 @@
+#include "Brevanto/BrevantoBundle.h"
+
+#include "Brevanto/BrevantoAdVC.h"
+#include "Brevanto/BrevantoCameraVC.h"
+#include "Brevanto/BrevantoRecentProductsVC.h"
+
+// Made by the build for the scenes' QML module.
+extern void qml_register_types_Brevanto_StoryBoard();
+
+namespace {
+
+template <typename Controller>
+std::unique_ptr<QObject> make()
+{
+    return std::make_unique<Controller>();
+}
+
+} // namespace
+
+const Platform::Bundle &brevantoBundle()
+{
+    static const Platform::Bundle bundle = [] {
+        qml_register_types_Brevanto_StoryBoard();
+        return Platform::Bundle(QStringLiteral(":/qt/qml/Brevanto/StoryBoard"),
+                                {{QStringLiteral("BrevantoAdVC"), make<BrevantoAdVC>},
+                                 {QStringLiteral("BrevantoCameraVC"), make<BrevantoCameraVC>},
+                                 {QStringLiteral("BrevantoRecentProductsVC"), make<BrevantoRecentProductsVC>}});
+    }();
+    return bundle;
+}
+
+Platform::Storyboard brevantoStoryboard()
+{
+    return Platform::Storyboard(QStringLiteral("BrevantoStoryBoard"), brevantoBundle());
+}

@@ -1,0 +1,56 @@
+#include "Platform/Foundation/Bundle.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QMutexLocker>
+#include <QObject>
+
+namespace Platform {
+
+namespace {
+
+QString assetPath(const QString &root, const QString &name)
+{
+    for (const QLatin1String suffix : {QLatin1String("svg"), QLatin1String("png")}) {
+        const QString path = QStringLiteral("%1/Assets/%2.%3").arg(root, name, suffix);
+        if (QFile::exists(path))
+            return path;
+    }
+    return {};
+}
+
+} // namespace
+
+Bundle::Bundle(const QString &resourceRoot, const ClassTable &classes)
+    : m_resourceRoot(resourceRoot)
+    , m_classes(classes)
+{
+}
+
+QString Bundle::mainBundleShortVersion()
+{
+    return QCoreApplication::applicationVersion();
+}
+
+std::unique_ptr<QObject> Bundle::instantiate(const QString &className) const
+{
+    const auto make = m_classes.value(className);
+    return make ? make() : nullptr;
+}
+
+Image Bundle::imageNamed(const QString &name) const
+{
+    const QMutexLocker lock(&m_mutex);
+    auto known = m_images.find(name);
+    if (known == m_images.end())
+        known = m_images.insert(name, Image::withContentsOfFile(assetPath(m_resourceRoot, name)));
+    return *known;
+}
+
+QUrl Bundle::urlForImage(const QString &name) const
+{
+    const QString path = assetPath(m_resourceRoot, name);
+    return path.isEmpty() ? QUrl() : QUrl(QStringLiteral("qrc") + path);
+}
+
+} // namespace Platform

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+
+namespace Platform {
+
+// A programming or packaging fault, as the platform raises it. Not used for results: those travel through blocks.
+class Exception : public std::exception
+{
+public:
+    enum class Name { InternalInconsistency, InvalidArgument, Range };
+
+    Exception(Name name, const QString &reason);
+
+    Name name() const { return m_name; }
+    QString reason() const { return m_reason; }
+    const char *what() const noexcept override { return m_what.constData(); }
+
+private:
+    Name m_name;
+    QString m_reason;
+    QByteArray m_what;
+};
+
+// Reports a failed assertion with its place to the log and raises InternalInconsistency. A null file or function name is
+// reported as "<Unknown File>" or "<Unknown Function>".
+[[noreturn]] void failAssertion(const QString &message, const char *function, const char *file, int line);
+
+} // namespace Platform

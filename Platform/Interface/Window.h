@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Platform/Interface/ViewController.h"
+
+#include <QQuickWindow>
+
+namespace Platform {
+
+// The platform's view of a Qt Quick window: its root view controller, its status bar and its back key. Any Qt Quick
+// window of the host serves; nothing has to be prepared.
+class Window : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The window that has the focus, else the first visible one; null when the application shows no Qt Quick window.
+    static Window *keyWindow();
+    // The one Window of `window`, made on first use and owned by it.
+    static Window *of(QQuickWindow *window);
+
+    QQuickWindow *quickWindow() const { return m_quickWindow; }
+
+    // The controller that stands for the host's own contents; SDK screens are presented over it.
+    ViewController *rootViewController() const { return m_root.get(); }
+    // The controller on top of all: the last presented, its navigation stack's top screen.
+    ViewController *topmostViewController() const;
+
+    QRectF bounds() const;
+
+private:
+    explicit Window(QQuickWindow *window);
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    QQuickWindow *m_quickWindow;
+    std::unique_ptr<ViewController> m_root;
+};
+
+namespace Screen {
+// The area that screens fill, in points: the key window's (on a phone, the whole screen); zero without a window.
+QRectF mainBounds();
+}
+
+namespace Application {
+enum class StatusBarStyle { Default = 0, LightContent = 1 };
+
+void setStatusBarHidden(bool hidden);
+bool isStatusBarHidden();
+void setStatusBarStyle(StatusBarStyle style);
+StatusBarStyle statusBarStyle();
+
+// Opens addresses outside the application (browser, telephone, settings).
+class URLOpener
+{
+public:
+    virtual ~URLOpener() = default;
+    virtual bool canOpen(const QUrl &url) = 0;
+    // Tells the completion whether the platform took the address; on the main thread.
+    virtual void open(const QUrl &url, std::function<void(bool success)> completion) = 0;
+};
+URLOpener &urlOpener();
+// Replaces the opener; null restores the platform's. The caller keeps ownership.
+void setURLOpener(URLOpener *opener);
+
+// Opens the application's page in the system settings, where the platform has one.
+void openSettings();
+}
+
+} // namespace Platform

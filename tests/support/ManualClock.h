@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/Foundation/Clock.h"
+
+#include <QMutex>
+#include <QPointer>
+
+#include <map>
+
+// A clock that stands until the test moves it. In place from construction to destruction.
+class ManualClock final : public Platform::Clock
+{
+public:
+    ManualClock();
+    ~ManualClock() override;
+
+    std::chrono::milliseconds now() const override;
+    void after(std::chrono::milliseconds delay, QObject *context, std::function<void()> block) override;
+
+    // Moves the time and runs what falls due on the way, in order of time, what it schedules included; blocks whose
+    // context lives in another thread are posted there.
+    void advance(std::chrono::milliseconds duration);
+
+    // How much is scheduled for contexts that still live.
+    int pendingCount() const;
+
+private:
+    struct Entry {
+        QPointer<QObject> context;
+        std::function<void()> block;
+    };
+    mutable QMutex m_mutex;
+    std::chrono::milliseconds m_now{0};
+    std::multimap<std::chrono::milliseconds, Entry> m_entries;
+};
