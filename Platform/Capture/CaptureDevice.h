@@ -1,0 +1,104 @@
+#pragma once
+
+#include "Platform/Capture/CaptureAuthorization.h"
+#include "Platform/Capture/CaptureSampleBuffer.h"
+
+#include <QObject>
+#include <QVideoFrame>
+
+#include <memory>
+#include <vector>
+
+namespace Platform
+{
+
+enum class CaptureDevicePosition { Unspecified = 0, Back = 1, Front = 2 };
+enum class CaptureFlashMode { Off = 0, On = 1, Auto = 2 };
+enum class CaptureFocusMode { Locked = 0, AutoFocus = 1, ContinuousAutoFocus = 2 };
+enum class CaptureSessionPreset { High, Photo };
+
+// A camera: one of the machine's, or one that the host registers. Lives on the main thread, and all its operations are
+// for the main thread only. Its settings change only between lockForConfiguration() and unlockForConfiguration().
+class CaptureDevice : public QObject
+{
+    Q_OBJECT
+
+public:
+    CaptureDevice();
+    ~CaptureDevice() override;
+
+    // The video devices: registered ones first, in the order of their registration, since a host that registers a
+    // camera wants it used; then the machine's, in the system's order. A device keeps its identity while somebody holds
+    // it.
+    static std::vector<std::shared_ptr<CaptureDevice>> devices();
+    // Adds a device to devices(); null and a device that is registered already are ignored.
+    static void registerDevice(const std::shared_ptr<CaptureDevice> &device);
+    // Takes it off the list; sessions that use it go on.
+    static void unregisterDevice(const std::shared_ptr<CaptureDevice> &device);
+
+    // Shorthands for CaptureAuthorization::current().
+    static CaptureAuthorizationStatus authorizationStatus();
+    static void requestAccess(std::function<void(bool granted)> completion);
+
+    // A camera that does not know its position, such as a desktop's, counts as a back camera.
+    virtual CaptureDevicePosition position() const = 0;
+    // Whether the user's permission is needed before a session may start this device.
+    virtual bool requiresAuthorization() const { return false; }
+
+    virtual bool hasFlash() const = 0;
+    // Whether the flash would fire now.
+    virtual bool isFlashActive() const = 0;
+    virtual CaptureFlashMode flashMode() const = 0;
+    // Raises InvalidArgument on a device without flash.
+    void setFlashMode(CaptureFlashMode mode);
+
+    virtual bool isFocusModeSupported(CaptureFocusMode mode) const = 0;
+    virtual CaptureFocusMode focusMode() const = 0;
+    // Raises InvalidArgument when the device does not support the mode.
+    void setFocusMode(CaptureFocusMode mode);
+
+    // 1.0 shows the whole picture.
+    virtual qreal videoZoomFactor() const = 0;
+    virtual qreal activeFormatVideoMaxZoomFactor() const = 0;
+    // Moves the zoom towards `factor`, kept between 1.0 and the maximum, at `rate` doublings per second. A device
+    // without moving parts may arrive at once.
+    void rampToVideoZoomFactor(qreal factor, qreal rate);
+
+    // False when the device refuses; the settings above raise InternalInconsistency outside a successful lock. Locks
+    // nest.
+    bool lockForConfiguration();
+    void unlockForConfiguration();
+
+    // What a session does with a device.
+    // -------------------------------------------------------------------------------
+
+    using FrameHandler = std::function<void(const QVideoFrame &)>;
+
+    // Delivers preview frames to `handler`, on any thread, for `owner`. Another owner's delivery ends: a camera serves
+    // one.
+    void start(const void *owner, CaptureSessionPreset preset, FrameHandler handler);
+    // Ends the delivery for `owner`; without effect when the device serves another by now. A photo under way fails.
+    void stop(const void *owner);
+    bool isStartedBy(const void *owner) const { return owner && m_owner == owner; }
+
+    // Takes one photo. The completion runs exactly once, on any thread. Only while started.
+    virtual void captureStillImage(CaptureCompletion completion) = 0;
+
+protected:
+    virtual void applyFlashMode(CaptureFlashMode mode) = 0;
+    virtual void applyFocusMode(CaptureFocusMode mode) = 0;
+    virtual void applyZoom(qreal factor, qreal rate) = 0;
+    // Whether the device may be configured now.
+    virtual bool acquireConfiguration() { return true; }
+
+    virtual void startDelivering(CaptureSessionPreset preset, FrameHandler handler) = 0;
+    virtual void stopDelivering() = 0;
+
+private:
+    void requireLock() const;
+
+    int m_locks = 0;
+    const void *m_owner = nullptr;
+};
+
+} // namespace Platform

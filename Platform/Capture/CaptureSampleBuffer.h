@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace Platform
+{
+
+// One photo as a capture device delivers it: the device's own JPEG bytes or, from devices that have none, pixels.
+struct CaptureSampleBuffer {
+    QByteArray jpeg;
+    QImage pixels; // looked at only when `jpeg` is empty
+};
+
+// Receives a photo or, with a null buffer, the reason why there is none.
+using CaptureCompletion = std::function<void(std::shared_ptr<const CaptureSampleBuffer> buffer, const QString &error)>;
+
+} // namespace Platform
