@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Brevanto/BrevantoExport.h"
+
+#include <QVariant>
+
+class QJsonValue;
+
+// Base of the content records.
+//
+// In all records a field is one nullable value that is kept as the service sent it: text, number, bool, date, list
+// (QVariantList) or object (QVariantMap); an invalid QVariant is null, which every field is at first. The readers in
+// BrevantoFields.h give a field as what a caller wants to show. Records are for one thread at a time.
+class BREVANTO_EXPORT BrevantoBaseEntity
+{
+public:
+    BrevantoBaseEntity() = default;
+    virtual ~BrevantoBaseEntity();
+
+    // Whether a decoded JSON value is there: neither undefined (absent) nor null nor the empty string. White space is
+    // not trimmed; 0, false, empty lists and empty objects are valid.
+    static bool isValid(const QJsonValue &value);
+
+    const QVariant &source() const { return m_source; } // name of the publishing source
+    void setSource(QVariant source) { m_source = std::move(source); }
+    const QVariant &language() const { return m_language; }
+    void setLanguage(QVariant language) { m_language = std::move(language); }
+    const QVariant &section() const { return m_section; } // department of the content
+    void setSection(QVariant section) { m_section = std::move(section); }
+
+protected:
+    QVariant m_source;
+    QVariant m_language;
+    QVariant m_section;
+
+private:
+    Q_DISABLE_COPY_MOVE(BrevantoBaseEntity)
+};

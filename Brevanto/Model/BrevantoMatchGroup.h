@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Brevanto/Model/BrevantoMatch.h"
+
+class BrevantoMatchGroup;
+using BrevantoMatchGroupList = QList<std::shared_ptr<BrevantoMatchGroup>>;
+
+// The matches that share one ad image: what the ad screen shows and the recents store keeps. Shared, not copied.
+class BREVANTO_EXPORT BrevantoMatchGroup : public Platform::Codable
+{
+public:
+    BrevantoMatchGroup() = default;
+    ~BrevantoMatchGroup() override;
+
+    static std::shared_ptr<BrevantoMatchGroup> initWithMatches(const BrevantoMatchList &matches,
+                                                               const QString &imageURL);
+
+    // One group for each ad image address (exact text), in order of first appearance, each with its matches in their
+    // order. Matches without an ad image address belong to no group. A group made here has an address and at least one
+    // match.
+    static BrevantoMatchGroupList groupMatchesByAdImageUrl(const BrevantoMatchList &matches);
+
+    // A null QString is null.
+    const QString &adImageUrl() const { return m_adImageUrl; }
+    void setAdImageUrl(const QString &adImageUrl) { m_adImageUrl = adImageUrl; }
+
+    // Holds no null pointers. A group read from a damaged archive may have no matches at all, and its address may be
+    // null; check before taking the first match.
+    const BrevantoMatchList &listOfMatches() const { return m_listOfMatches; }
+    void setListOfMatches(const BrevantoMatchList &listOfMatches) { m_listOfMatches = listOfMatches; }
+
+    QString className() const override;
+    void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
+    void initWithCoder(Platform::KeyedUnarchiver &coder) override;
+
+private:
+    QString m_adImageUrl;
+    BrevantoMatchList m_listOfMatches;
+};

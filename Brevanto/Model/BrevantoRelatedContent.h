@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Brevanto/Model/BrevantoBaseEntity.h"
+#include "Platform/Foundation/Codable.h"
+
+// A video, article, poll, ad or quiz related to a match. `language` and `section` are not archived.
+class BREVANTO_EXPORT BrevantoRelatedContent : public BrevantoBaseEntity, public Platform::Codable
+{
+public:
+    BrevantoRelatedContent() = default;
+    ~BrevantoRelatedContent() override;
+
+    const QVariant &title() const { return m_title; } // headline
+    void setTitle(QVariant title) { m_title = std::move(title); }
+    const QVariant &date() const { return m_date; } // date text of the match it belongs to
+    void setDate(QVariant date) { m_date = std::move(date); }
+    const QVariant &thumbnailUrl() const { return m_thumbnailUrl; }
+    void setThumbnailUrl(QVariant thumbnailUrl) { m_thumbnailUrl = std::move(thumbnailUrl); }
+    const QVariant &contentUrl() const { return m_contentUrl; } // address of the video or article
+    void setContentUrl(QVariant contentUrl) { m_contentUrl = std::move(contentUrl); }
+    const QVariant &body() const { return m_body; } // description
+    void setBody(QVariant body) { m_body = std::move(body); }
+    qint32 imageType() const { return m_imageType; } // kind of image; 0 unless set
+    void setImageType(qint32 imageType) { m_imageType = imageType; }
+
+    QString className() const override;
+    void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
+    void initWithCoder(Platform::KeyedUnarchiver &coder) override;
+
+private:
+    struct Archive;
+
+    QVariant m_title;
+    QVariant m_date;
+    QVariant m_thumbnailUrl;
+    QVariant m_contentUrl;
+    QVariant m_body;
+    qint32 m_imageType = 0;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace Platform
+{
+
+class KeyedArchiver;
+class KeyedUnarchiver;
+
+// A record that a keyed archive can hold. Records have identity and are shared: inside a QVariant they travel as
+// CodablePointer. Exported although the rest of the platform is not, because public records derive from it.
+class Q_DECL_EXPORT Codable
+{
+public:
+    Codable() = default;
+    virtual ~Codable();
+
+    // The name that the archive keeps and the reader finds the class by.
+    virtual QString className() const = 0;
+
+    // Write each field under its key, or read it back into a newly made record. The archiver guards either call as one
+    // sequence: an exception ends it, its description goes to the log, and the record stays as far as it came.
+    virtual void encodeWithCoder(KeyedArchiver &coder) const = 0;
+    virtual void initWithCoder(KeyedUnarchiver &coder) = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Codable)
+};
+
+using CodablePointer = std::shared_ptr<Codable>;
+
+} // namespace Platform

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QLatin1StringView>
+
+#include <optional>
+#include <vector>
+
+class QIODevice;
+
+namespace Platform
+{
+
+// An archive whose root is a list, handled as bytes: its elements can be told apart, moved and written again without
+// being decoded. Refers to the archive's memory, which must outlive it.
+class KeyedArchiveList
+{
+public:
+    struct Element {
+        QByteArrayView bytes;
+        // The text that a record holds under the key asked for, in UTF-8; nothing when it holds none there.
+        std::optional<QByteArray> text;
+    };
+
+    // The elements of the list, each with its text under `key`; nothing when the archive cannot be decoded or its root
+    // is not a list.
+    static std::optional<std::vector<Element>> elements(QByteArrayView archive, QLatin1StringView key);
+
+    // Writes an archive of these elements. False when the device fails.
+    static bool write(const std::vector<Element> &elements, QIODevice &device);
+};
+
+} // namespace Platform
