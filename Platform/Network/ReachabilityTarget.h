@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QHostAddress>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QObject;
+
+namespace Platform
+{
+
+// The bits of a target's flag word.
+namespace ReachabilityFlag
+{
+inline constexpr quint32 TransientConnection = 0x1;
+inline constexpr quint32 Reachable = 0x2;
+inline constexpr quint32 ConnectionRequired = 0x4;
+inline constexpr quint32 ConnectionOnTraffic = 0x8;
+inline constexpr quint32 InterventionRequired = 0x10;
+inline constexpr quint32 ConnectionOnDemand = 0x20;
+inline constexpr quint32 IsLocalAddress = 0x10000;
+inline constexpr quint32 IsDirect = 0x20000;
+inline constexpr quint32 IsWWAN = 0x40000;
+} // namespace ReachabilityFlag
+
+// Something on the network, and whether packets for it could leave this device now. Nothing is sent to find that out.
+// To be made on the main thread.
+class ReachabilityTarget
+{
+public:
+    using Callback = void (*)(ReachabilityTarget *target, quint32 flags, QObject *info);
+
+    // The host of that name. Before the name has been looked up, which scheduling the target does, it counts as
+    // reachable where the internet is. Null for an empty name.
+    static std::unique_ptr<ReachabilityTarget> withHostName(const QString &hostName);
+    // The host at that address; the zero address of a family (QHostAddress::AnyIPv4) stands for the internet, whatever
+    // is behind the default route. Null for a null address.
+    static std::unique_ptr<ReachabilityTarget> withAddress(const QHostAddress &address);
+
+    // Makes the targets in place of the system's, for one of a host name and an address; the other is empty or null.
+    // An empty function restores the system's targets. Living targets stay as they are. Main thread.
+    using Factory = std::function<std::unique_ptr<ReachabilityTarget>(const QString &hostName, const QHostAddress &)>;
+    static void setFactory(Factory factory);
+
+    ReachabilityTarget() = default;
+    virtual ~ReachabilityTarget() = default;
+
+    // The flag word now; nothing when it cannot be read. From any thread.
+    virtual std::optional<quint32> flags() const = 0;
+
+    // What to call, with `info`, when the flag word has changed while the target is scheduled; null for nothing.
+    virtual bool setCallback(Callback callback, QObject *info) = 0;
+    // Delivers changes on the calling thread, whose event loop must run, until unschedule(), to be called there too.
+    virtual bool schedule() = 0;
+    virtual void unschedule() = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(ReachabilityTarget)
+};
+
+} // namespace Platform
