@@ -1,0 +1,51 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A round translucent button with one icon. `text` is what assistive technology reads.
+T.AbstractButton {
+    id: control
+
+    property url iconSource
+    // Shown lit: what the button switches is on.
+    property bool selected: false
+
+    implicitWidth: 44
+    implicitHeight: 44
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    scale: pressed ? 0.92 : 1
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.checkable: checkable
+    Accessible.checked: selected
+    Accessible.onPressAction: control.click()
+
+    Keys.onReturnPressed: control.click()
+    Keys.onEnterPressed: control.click()
+
+    background: Rectangle {
+        radius: width / 2
+        color: control.selected ? "#f2ffffff" : control.pressed ? "#99000000" : control.hovered ? "#73000000" : "#59000000"
+        border.width: control.visualFocus ? 2 : 0
+        border.color: "#4da3ff"
+
+        Behavior on color {
+            ColorAnimation { duration: 120 }
+        }
+    }
+    contentItem: Item {
+        Image {
+            anchors.centerIn: parent
+            width: 24
+            height: 24
+            source: control.iconSource
+            sourceSize: Qt.size(24, 24)
+        }
+    }
+
+    Behavior on scale {
+        NumberAnimation { duration: 90; easing.type: Easing.OutQuad }
+    }
+}
