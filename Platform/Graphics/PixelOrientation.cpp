@@ -1,0 +1,39 @@
+#include "Platform/Graphics/PixelOrientation.h"
+
+#include <QTransform>
+
+namespace Platform
+{
+
+PixelOrientation PixelOrientation::uprightFrom(ImageOrientation orientation)
+{
+    switch (orientation) {
+    case ImageOrientation::Up:
+        return {};
+    case ImageOrientation::Down:
+        return {.mirroredX = true, .mirroredY = true};
+    case ImageOrientation::Left:
+        return {.transposed = true, .mirroredY = true};
+    case ImageOrientation::Right:
+        return {.transposed = true, .mirroredX = true};
+    case ImageOrientation::UpMirrored:
+        return {.mirroredX = true};
+    case ImageOrientation::DownMirrored:
+        return {.mirroredY = true};
+    case ImageOrientation::LeftMirrored:
+        return {.transposed = true};
+    case ImageOrientation::RightMirrored:
+        return {.transposed = true, .mirroredX = true, .mirroredY = true};
+    }
+    return {};
+}
+
+QImage PixelOrientation::apply(const QImage &image) const
+{
+    // A quarter turn clockwise is an exchange of rows and columns followed by a mirroring, and Qt has a fast one.
+    const QImage turned = transposed ? image.transformed(QTransform().rotate(90)) : image;
+    const bool mirrorX = transposed ? !mirroredX : mirroredX;
+    return mirrorX || mirroredY ? turned.mirrored(mirrorX, mirroredY) : turned;
+}
+
+} // namespace Platform
