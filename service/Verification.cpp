@@ -1,0 +1,155 @@
+#include "service/Verification.h"
+
+#include <opencv2/calib3d.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+
+namespace MatchService
+{
+
+namespace
+{
+
+constexpr float ratio = 0.85F;
+// Two features of an ad within this distance are the same detail seen at the two indexed sizes.
+constexpr float sameDetailDistance = 8;
+constexpr double inlierDistance = 8;
+constexpr int fewestInliers = 6;
+constexpr double lowestCorrelation = 0.25;
+constexpr double lowestCoverage = 0.07;
+// Few inliers must look alike, and unlike ones be many: either alone happens by chance.
+constexpr double lowestWeight = 2.5;
+constexpr double fewestSeenPixels = 0.2;
+
+struct Pairs {
+    std::vector<cv::Point2f> inAd;
+    std::vector<cv::Point2f> inPhoto;
+};
+
+cv::Point2f place(const FeaturePoint &point)
+{
+    return {point.x, point.y};
+}
+
+float squaredLength(const cv::Point2f &vector)
+{
+    return vector.dot(vector);
+}
+
+Pairs distinctivePairs(const AdFeatures &ad, const Features &photo)
+{
+    Pairs pairs;
+    cv::Mat distances;
+    cv::batchDistance(photo.descriptors, ad.features.descriptors, distances, CV_32F, cv::noArray(), cv::NORM_L2SQR);
+    for (int row = 0; row < distances.rows; ++row) {
+        const float *line = distances.ptr<float>(row);
+        const int nearest = int(std::min_element(line, line + distances.cols) - line);
+        const cv::Point2f nearestPlace = place(ad.features.points[std::size_t(nearest)]);
+        float next = std::numeric_limits<float>::max();
+        for (int column = 0; column < distances.cols; ++column) {
+            if (line[column] >= next)
+                continue;
+            if (squaredLength(place(ad.features.points[std::size_t(column)]) - nearestPlace)
+                > sameDetailDistance * sameDetailDistance)
+                next = line[column];
+        }
+        if (line[nearest] > ratio * ratio * next)
+            continue;
+        pairs.inAd.push_back(nearestPlace);
+        pairs.inPhoto.push_back(place(photo.points[std::size_t(row)]));
+    }
+    return pairs;
+}
+
+// A view that turns the ad inside out or squeezes it to a line is none that a camera can have.
+bool isPlausible(const cv::Mat &homography, const cv::Size &frame, const cv::Size &photo)
+{
+    const float width = float(frame.width);
+    const float height = float(frame.height);
+    const std::vector<cv::Point2f> corners = {{0, 0}, {width, 0}, {width, height}, {0, height}};
+    std::vector<cv::Point2f> seen;
+    cv::perspectiveTransform(corners, seen, homography);
+    if (!cv::isContourConvex(seen))
+        return false;
+    const double area = cv::contourArea(seen, true);
+    const double photoArea = double(photo.width) * photo.height;
+    return area > 0.02 * photoArea && area < 9 * photoArea;
+}
+
+double correlationOf(const AdFeatures &ad, const cv::Mat &preparedPhoto, const cv::Mat &homography)
+{
+    const cv::Mat shrink = (cv::Mat_<double>(3, 3) << double(ad.frame.width) / ad.thumbnail.cols, 0, 0, 0,
+                            double(ad.frame.height) / ad.thumbnail.rows, 0, 0, 0, 1);
+    const cv::Mat toPhoto = homography * shrink;
+    cv::Mat straightened;
+    cv::warpPerspective(preparedPhoto, straightened, toPhoto, ad.thumbnail.size(),
+                        cv::INTER_AREA | cv::WARP_INVERSE_MAP);
+    cv::Mat seen;
+    cv::warpPerspective(cv::Mat(preparedPhoto.size(), CV_8U, cv::Scalar(255)), seen, toPhoto, ad.thumbnail.size(),
+                        cv::INTER_NEAREST | cv::WARP_INVERSE_MAP);
+    if (cv::countNonZero(seen) < fewestSeenPixels * double(seen.total()))
+        return 0;
+
+    cv::Scalar meanOne, deviationOne, meanTwo, deviationTwo;
+    cv::meanStdDev(straightened, meanOne, deviationOne, seen);
+    cv::meanStdDev(ad.thumbnail, meanTwo, deviationTwo, seen);
+    const double deviations = deviationOne[0] * deviationTwo[0];
+    if (deviations <= 0)
+        return 0;
+    cv::Mat one, two;
+    straightened.convertTo(one, CV_32F, 1, -meanOne[0]);
+    ad.thumbnail.convertTo(two, CV_32F, 1, -meanTwo[0]);
+    return cv::mean(one.mul(two), seen)[0] / deviations;
+}
+
+} // namespace
+
+bool Evidence::isEnough() const
+{
+    return inliers >= fewestInliers && correlation >= lowestCorrelation && coverage >= lowestCoverage
+        && inliers * correlation >= lowestWeight;
+}
+
+std::optional<Evidence> evidenceFor(const AdFeatures &ad, const cv::Mat &preparedPhoto, const Features &photo)
+{
+    if (ad.features.points.empty() || photo.points.empty())
+        return std::nullopt;
+    const Pairs pairs = distinctivePairs(ad, photo);
+    if (int(pairs.inAd.size()) < fewestInliers)
+        return std::nullopt;
+    cv::Mat agrees;
+    const cv::Mat homography =
+        cv::findHomography(pairs.inAd, pairs.inPhoto, cv::USAC_MAGSAC, inlierDistance, agrees, 2000, 0.999);
+    if (homography.empty() || !isPlausible(homography, ad.frame, preparedPhoto.size()))
+        return std::nullopt;
+
+    // One detail of the photo can answer to many features; places count, not features.
+    std::set<std::pair<int, int>> places;
+    std::set<std::pair<int, int>> photoPlaces;
+    std::vector<cv::Point2f> agreeing;
+    for (int i = 0; i < int(pairs.inAd.size()); ++i) {
+        if (!agrees.at<unsigned char>(i))
+            continue;
+        const cv::Point2f inAd = pairs.inAd[std::size_t(i)];
+        const cv::Point2f inPhoto = pairs.inPhoto[std::size_t(i)];
+        const bool isNewPlace = places.insert({cvRound(inAd.x / 3), cvRound(inAd.y / 3)}).second;
+        const bool isNewPhotoPlace = photoPlaces.insert({cvRound(inPhoto.x / 2), cvRound(inPhoto.y / 2)}).second;
+        if (isNewPlace && isNewPhotoPlace)
+            agreeing.push_back(inAd);
+    }
+    Evidence evidence;
+    evidence.inliers = int(agreeing.size());
+    if (evidence.inliers < fewestInliers)
+        return evidence;
+    std::vector<cv::Point2f> hull;
+    cv::convexHull(agreeing, hull);
+    evidence.coverage = cv::contourArea(hull) / (double(ad.frame.width) * ad.frame.height);
+    evidence.correlation = correlationOf(ad, preparedPhoto, homography);
+    return evidence;
+}
+
+} // namespace MatchService
