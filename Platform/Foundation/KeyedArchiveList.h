@@ -12,14 +12,15 @@ namespace Platform
 {
 
 // An archive whose root is a list, handled as bytes: its elements can be told apart, moved and written again without
-// being decoded. Refers to the archive's memory, which must outlive it.
+// being decoded. All views refer to the archive's memory.
 class KeyedArchiveList
 {
 public:
     struct Element {
         QByteArrayView bytes;
-        // The text that a record holds under the key asked for, in UTF-8; nothing when it holds none there.
-        std::optional<QByteArray> text;
+        // The text that the element, a record, holds under the key asked for, in UTF-8; nothing when it holds none
+        // there.
+        std::optional<QByteArrayView> text;
     };
 
     // The elements of the list, each with its text under `key`; nothing when the archive cannot be decoded or its root

@@ -35,20 +35,22 @@ public:
 
 private:
     struct Entry {
-        QByteArrayView key;
-        QByteArrayView value;
+        QByteArrayView key; // UTF-8
+        QByteArrayView value; // one item
     };
+    using Entries = std::vector<Entry>;
 
-    explicit KeyedUnarchiver(const ClassTable &classes);
+    KeyedUnarchiver(const ClassTable &classes, Entries entries);
 
-    QVariant read(CborCursor &cursor);
-    QVariant readList(CborCursor &cursor);
-    QVariant readMap(CborCursor &cursor);
-    CodablePointer readRecord(const QString &className, std::vector<Entry> entries);
+    QVariant readField(QByteArrayView item) const;
+    QVariant read(CborCursor &cursor) const;
+    QVariant readList(CborCursor &cursor, quint64 size) const;
+    QVariant readMap(const Entries &entries) const;
+    QVariant readRecord(const QString &className, Entries entries) const;
 
     const ClassTable &m_classes;
-    std::vector<Entry> m_entries; // of the record being read
-    std::size_t m_next = 0; // where the next field is expected, as records are read in about the order of writing
+    Entries m_entries; // of the record being read
+    std::size_t m_expected = 0; // where the next field should be: records are read in about the order of writing
 };
 
 } // namespace Platform

@@ -1,0 +1,356 @@
+#include "Brevanto/Model/BrevantoMatchMapping.h"
+
+#include "Brevanto/Model/BrevantoCaptionedImage.h"
+#include "Brevanto/Model/BrevantoCatalogueImage.h"
+#include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/Model/BrevantoMatch.h"
+#include "Brevanto/Model/BrevantoRelatedContent.h"
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// The value as a field keeps it; null unless it is valid (see BrevantoBaseEntity::isValid, whose answer this gives
+// while it makes a text but once).
+QVariant validValue(const QJsonValue &value)
+{
+    switch (value.type()) {
+    case QJsonValue::Undefined:
+    case QJsonValue::Null:
+        return {};
+    case QJsonValue::String: {
+        QString text = value.toString();
+        return text.isEmpty() ? QVariant() : QVariant(std::move(text));
+    }
+    default:
+        return value.toVariant();
+    }
+}
+
+// The setters of Record take what they are given; a value that is not valid leaves the field untouched.
+template <class Record, class Base>
+void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
+{
+    if (value.isValid())
+        (record.*setter)(std::move(value));
+}
+
+template <class Record, class Base>
+void takeValid(Record &record, void (Base::*setter)(QVariant), const QJsonObject &object, QLatin1StringView key)
+{
+    take(record, setter, validValue(object.value(key)));
+}
+
+void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
+              QLatin1StringView key)
+{
+    if (const QJsonValue value = object.value(key); value.isString())
+        take(match, setter, validValue(value));
+}
+
+void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
+                QLatin1StringView key)
+{
+    if (const QJsonValue value = object.value(key); value.isDouble())
+        (match.*setter)(value.toVariant());
+}
+
+QVariantList validEntries(const QJsonArray &array)
+{
+    QVariantList entries;
+    entries.reserve(array.size());
+    for (const QJsonValue entry : array) {
+        if (QVariant value = validValue(entry); value.isValid())
+            entries.append(std::move(value));
+    }
+    return entries;
+}
+
+// A list of what `make` gives for each valid entry, which gets an empty object when the entry is none; null is left
+// out.
+template <class Make>
+QVariantList recordsFrom(const QJsonArray &array, Make make)
+{
+    QVariantList records;
+    records.reserve(array.size());
+    for (const QJsonValue entry : array) {
+        if (!BrevantoBaseEntity::isValid(entry))
+            continue;
+        if (Platform::CodablePointer record = make(entry.toObject()))
+            records.append(BrevantoFields::entry(record));
+    }
+    return records;
+}
+
+bool isEmpty(const QVariant &field)
+{
+    return !field.isValid() || (field.typeId() == QMetaType::QString && field.toString().isEmpty());
+}
+
+QVariant firstEntry(const QVariant &field)
+{
+    return BrevantoFields::list(field).value(0);
+}
+
+void mapAuthor(BrevantoMatch &match, const QJsonObject &object, QLatin1StringView key)
+{
+    const QJsonValue author = object.value(key);
+    if (author.isString())
+        take(match, &BrevantoMatch::setAuthor, validValue(author));
+    else if (author.isArray())
+        take(match, &BrevantoMatch::setAuthor, validValue(author.toArray().first()));
+}
+
+// Text is taken even when it is empty.
+void mapID(BrevantoMatch &match, const QJsonObject &object)
+{
+    const QJsonValue id = object.value("id"_L1);
+    if (id.isString() || id.isDouble())
+        match.setID(BrevantoFields::text(id.toVariant()));
+}
+
+// The first entry tells what the service sent: objects with addresses, or the addresses themselves.
+void mapImages(BrevantoMatch &match, const QJsonObject &object)
+{
+    const QJsonValue images = object.value("images"_L1);
+    if (images.isString())
+        match.setImages(QVariantList{images.toString()});
+    if (!images.isArray())
+        return;
+
+    const QJsonArray array = images.toArray();
+    QVariantList addresses;
+    if (array.first().isString()) {
+        addresses = validEntries(array);
+    } else if (array.first().isObject()) {
+        for (const QJsonValue entry : array) {
+            if (QVariant address = validValue(entry.toObject().value("url"_L1)); address.isValid())
+                addresses.append(std::move(address));
+        }
+    }
+    match.setImages(addresses);
+}
+
+void mapImageGalleries(BrevantoMatch &match, const QJsonObject &object)
+{
+    if (const QJsonValue gallery = object.value("imageGallery"_L1); gallery.isArray())
+        match.setImageGallery(validEntries(gallery.toArray()));
+
+    const QJsonValue captioned = object.value("imageGalleryCaption"_L1);
+    if (!captioned.isArray())
+        return;
+    match.setCaptionImages(recordsFrom(captioned.toArray(), [](const QJsonObject &entry) {
+        auto image = std::make_shared<BrevantoCaptionedImage>();
+        takeValid(*image, &BrevantoCaptionedImage::setImageURL, entry, "url"_L1);
+        takeValid(*image, &BrevantoCaptionedImage::setCaptionText, entry, "caption"_L1);
+        return image;
+    }));
+}
+
+void mapThumbnail(BrevantoMatch &match, const QJsonObject &object)
+{
+    for (const auto key : {"weblinkThumb"_L1, "thumb_url"_L1, "thumbUrl"_L1}) {
+        if (isEmpty(match.thumbnailUrl()))
+            takeValid(match, &BrevantoMatch::setThumbnailUrl, object, key);
+    }
+    if (!isEmpty(match.thumbnailUrl()))
+        return;
+
+    if (const QVariant address = firstEntry(match.imageGallery()); address.isValid())
+        match.setThumbnailUrl(address);
+    else if (const QVariant image = firstEntry(match.images()); image.isValid())
+        match.setThumbnailUrl(image);
+    else if (const auto captioned = BrevantoFields::record<BrevantoCaptionedImage>(firstEntry(match.captionImages())))
+        match.setThumbnailUrl(captioned->imageURL());
+}
+
+// The address of the clip that a player's address names: what stands between the last "VideoID=" and the last ".flv",
+// as an MP4 file. Gives what replacing ".*VideoID=(.*).flv.*" by "$1.mp4" gives, any character for the point included,
+// in a time that does not explode with hostile text.
+QString clipAddress(QString address)
+{
+    constexpr auto identifierMark = "VideoID="_L1;
+    address.remove(u'\n');
+    const qsizetype dot = address.lastIndexOf("flv"_L1, -1, Qt::CaseInsensitive) - 1;
+    if (dot < identifierMark.size())
+        return address;
+    const qsizetype mark = address.lastIndexOf(identifierMark, dot - identifierMark.size(), Qt::CaseInsensitive);
+    if (mark < 0)
+        return address;
+    const qsizetype begin = mark + identifierMark.size();
+    return address.sliced(begin, dot - begin) + ".mp4"_L1;
+}
+
+void mapRelatedVideos(BrevantoMatch &match, const QJsonObject &object)
+{
+    const QJsonValue videos = object.value("relatedVideos"_L1);
+    if (!videos.isArray())
+        return;
+    match.setVids(recordsFrom(videos.toArray(), [&match](const QJsonObject &entry) {
+        auto video = std::make_shared<BrevantoRelatedContent>();
+        QVariant address = validValue(entry.value("url"_L1));
+        if (address.typeId() == QMetaType::QString)
+            address = clipAddress(address.toString());
+        take(*video, &BrevantoRelatedContent::setContentUrl, std::move(address));
+        takeValid(*video, &BrevantoRelatedContent::setThumbnailUrl, entry, "thumbUrl"_L1);
+        takeValid(*video, &BrevantoRelatedContent::setTitle, entry, "title"_L1);
+        video->setDate(match.date());
+        return video;
+    }));
+}
+
+std::shared_ptr<BrevantoRelatedContent> relatedLink(const BrevantoMatch &match, const QJsonObject &entry,
+                                                    QVariant address)
+{
+    auto link = std::make_shared<BrevantoRelatedContent>();
+    link->setContentUrl(std::move(address));
+    takeValid(*link, &BrevantoRelatedContent::setThumbnailUrl, entry, "thumbUrl"_L1);
+    takeValid(*link, &BrevantoRelatedContent::setTitle, entry, "title"_L1);
+    takeValid(*link, &BrevantoRelatedContent::setBody, entry, "description"_L1);
+    link->setDate(match.date());
+    return link;
+}
+
+// Links are sorted by a marker anywhere in their address; those without one are articles. A link without an address,
+// JSON null included, is left out.
+void mapRelatedLinks(BrevantoMatch &match, const QJsonObject &object)
+{
+    const QJsonValue links = object.value("relatedArticleLinks"_L1);
+    if (!links.isArray())
+        return;
+
+    QVariantList articles, polls, ads, quiz;
+    const std::pair<QLatin1StringView, QVariantList *> markers[] = {
+        {"polls:"_L1, &polls}, {"ads:"_L1, &ads}, {"news:"_L1, &articles}, {"quiz:"_L1, &quiz}};
+    for (const QJsonValue value : links.toArray()) {
+        const QJsonObject entry = value.toObject();
+        const QVariant address = validValue(entry.value("url"_L1));
+        if (!address.isValid())
+            continue;
+        const QString text = BrevantoFields::text(address);
+        const auto marker = std::ranges::find_if(
+            markers, [&text](const auto &candidate) { return text.contains(candidate.first, Qt::CaseInsensitive); });
+        QVariantList &list = marker == std::end(markers) ? articles : *marker->second;
+        list.append(BrevantoFields::entry(relatedLink(match, entry, address)));
+    }
+    match.setRelatedArticles(articles);
+    match.setRelatedPolls(polls);
+    match.setRelatedAds(ads);
+    match.setRelatedQuiz(quiz);
+}
+
+void mapAdImage(BrevantoMatch &match, const QJsonObject &object)
+{
+    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img"_L1);
+    if (!match.backgroundImageUrl().isValid())
+        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img"_L1);
+}
+
+void mapTheme(BrevantoMatch &match, const QJsonObject &object)
+{
+    if (const QString theme = object.value("theme"_L1).toString(); !theme.isEmpty())
+        match.setAdthemeColorString(QString("0x"_L1 + theme));
+}
+
+void mapRelatedAdImages(BrevantoMatch &match, const QJsonObject &object)
+{
+    const QString addresses = object.value("ad_rel_img"_L1).toString();
+    if (addresses.isEmpty())
+        return;
+    const QStringList pieces = addresses.split(u',');
+    match.setRelatedAdImages(QVariantList(pieces.begin(), pieces.end()));
+}
+
+void mapCatalogue(BrevantoMatch &match, const QJsonObject &object)
+{
+    const QJsonArray catalogue = object.value("image_catalouge"_L1).toArray();
+    if (catalogue.isEmpty())
+        return;
+    match.setAdCatalogue(recordsFrom(catalogue, [](const QJsonObject &entry) {
+        auto image = std::make_shared<BrevantoCatalogueImage>();
+        takeValid(*image, &BrevantoCatalogueImage::setImageURL, entry, "img"_L1);
+        takeValid(*image, &BrevantoCatalogueImage::setCaptionText, entry, "caption"_L1);
+        takeValid(*image, &BrevantoCatalogueImage::setBuyURL, entry, "url"_L1);
+        return image;
+    }));
+}
+
+void mapDisplaySource(BrevantoMatch &match, const QJsonObject &object)
+{
+    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source"_L1);
+    if (!BrevantoFields::text(match.display_source()).isEmpty())
+        match.setSource(match.display_source());
+}
+
+// The count itself is not kept; that one came is what marks the match as downloaded.
+void mapDownloadedTime(BrevantoMatch &match, const QJsonObject &object)
+{
+    if (object.value("relatedcontentcount"_L1).isDouble())
+        match.setDownloadedTime(QDateTime::currentDateTimeUtc());
+}
+
+void mapRelatedContentIdentifiers(BrevantoMatch &match, const QJsonObject &object)
+{
+    for (const QJsonValue entry : object.value("relatedContentIdentifiers"_L1).toArray()) {
+        const QString identifier = entry.toString();
+        if (identifier.contains("quiz"_L1))
+            match.setHasRelatedQuiz(true);
+        else if (identifier.contains("polls"_L1))
+            match.setHasRelatedPoll(true);
+    }
+}
+
+} // namespace
+
+// Later steps look at what earlier ones have set: related content at the date, the thumbnail at the galleries, the
+// source at its display name.
+void populateMatch(BrevantoMatch &match, const QJsonObject &object)
+{
+    mapAuthor(match, object, "author"_L1);
+    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag"_L1);
+    if (!match.author().isValid())
+        mapAuthor(match, object, "authors"_L1);
+    takeValid(match, &BrevantoMatch::setDesc, object, "description"_L1);
+    takeValid(match, &BrevantoMatch::setDate, object, "date"_L1);
+    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads"_L1);
+    mapID(match, object);
+    mapImages(match, object);
+    mapImageGalleries(match, object);
+    mapThumbnail(match, object);
+    takeValid(match, &BrevantoMatch::setSource, object, "source"_L1);
+    takeValid(match, &BrevantoMatch::setTitle, object, "title"_L1);
+    mapRelatedVideos(match, object);
+    mapRelatedLinks(match, object);
+    if (const QJsonValue audios = object.value("relatedAudios"_L1); audios.isArray())
+        match.setRelatedAudios(validEntries(audios.toArray()));
+    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink"_L1);
+    takeValid(match, &BrevantoMatch::setCategory, object, "category"_L1);
+    mapAdImage(match, object);
+    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls"_L1);
+    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url"_L1);
+    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url"_L1);
+    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url"_L1);
+    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url"_L1);
+    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number"_L1);
+    mapTheme(match, object);
+    mapRelatedAdImages(match, object);
+    mapCatalogue(match, object);
+    mapDisplaySource(match, object);
+    takeValid(match, &BrevantoMatch::setSection, object, "section"_L1);
+    takeValid(match, &BrevantoMatch::setLanguage, object, "language"_L1);
+    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position"_L1);
+    mapDownloadedTime(match, object);
+    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live"_L1);
+    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color"_L1);
+    takeText(match, &BrevantoMatch::setShareURL, object, "share_url"_L1);
+    mapRelatedContentIdentifiers(match, object);
+    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent"_L1);
+    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent"_L1);
+}

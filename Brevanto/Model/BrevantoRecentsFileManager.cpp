@@ -1,0 +1,138 @@
+#include "Brevanto/Model/BrevantoRecentsFileManager.h"
+
+#include "Brevanto/Model/BrevantoCaptionedImage.h"
+#include "Brevanto/Model/BrevantoCatalogueImage.h"
+#include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/Model/BrevantoRelatedContent.h"
+#include "Platform/Foundation/KeyedArchiveList.h"
+#include "Platform/Foundation/KeyedArchiver.h"
+#include "Platform/Foundation/KeyedUnarchiver.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using Platform::KeyedArchiveList;
+using Elements = std::vector<KeyedArchiveList::Element>;
+
+namespace
+{
+
+constexpr auto recentsName = "Recents"_L1;
+constexpr auto adImageUrlKey = "adImageUrl"_L1;
+
+template <class Record>
+Platform::CodablePointer make()
+{
+    return std::make_shared<Record>();
+}
+
+const Platform::KeyedUnarchiver::ClassTable &archivedClasses()
+{
+    static const Platform::KeyedUnarchiver::ClassTable classes{
+        {u"BrevantoMatchGroup"_s, make<BrevantoMatchGroup>},
+        {u"BrevantoMatch"_s, make<BrevantoMatch>},
+        {u"BrevantoCaptionedImage"_s, make<BrevantoCaptionedImage>},
+        {u"BrevantoCatalogueImage"_s, make<BrevantoCatalogueImage>},
+        {u"BrevantoRelatedContent"_s, make<BrevantoRelatedContent>},
+    };
+    return classes;
+}
+
+// Null when there is no folder for it.
+QString filePath()
+{
+    const QString folder = BrevantoRecentsFileManager::getPathForRecentsInDocsFolder();
+    return folder.isNull() ? QString() : QDir(folder).filePath(recentsName);
+}
+
+QByteArray fileContent(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray archiveOf(const BrevantoMatchGroupList &groups)
+{
+    QVariantList list;
+    list.reserve(groups.size());
+    for (const auto &group : groups) {
+        if (group)
+            list.append(BrevantoFields::entry(group));
+    }
+    return Platform::KeyedArchiver::archivedData(list);
+}
+
+// None when the archive cannot be decoded.
+Elements elementsOf(const QByteArray &archive)
+{
+    return KeyedArchiveList::elements(archive, adImageUrlKey).value_or(Elements());
+}
+
+// Puts `group` at the front, or in its stead the first stored one with the same ad image address.
+void bringToFront(Elements &stored, const KeyedArchiveList::Element &group)
+{
+    const auto known = std::ranges::find_if(
+        stored, [&group](const auto &candidate) { return group.text && candidate.text == group.text; });
+    if (known == stored.end())
+        stored.insert(stored.begin(), group);
+    else
+        std::rotate(stored.begin(), known, known + 1);
+}
+
+} // namespace
+
+QString BrevantoRecentsFileManager::getPathForRecentsInDocsFolder()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    if (documents.isEmpty())
+        return {};
+    const QString folder = QDir(documents).filePath(recentsName);
+    if (!QFileInfo(folder).isDir())
+        QDir().mkpath(folder);
+    return folder;
+}
+
+// The stored groups are moved as bytes and never decoded, so that a save costs little more than writing the file.
+void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatchGroupList &groups)
+{
+    const QString path = filePath();
+    if (path.isNull())
+        return;
+    const QByteArray newArchive = archiveOf(groups);
+    Elements elements = elementsOf(newArchive);
+
+    QByteArray oldArchive;
+    if (QFileInfo::exists(path)) {
+        oldArchive = fileContent(path);
+        Elements stored = elementsOf(oldArchive);
+        for (const KeyedArchiveList::Element &group : elements)
+            bringToFront(stored, group);
+        elements = std::move(stored);
+    }
+
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && KeyedArchiveList::write(elements, file))
+        file.commit();
+}
+
+std::optional<BrevantoMatchGroupList> BrevantoRecentsFileManager::retrieveAllSavedGroupedMatchesInFileManager()
+{
+    const QString path = filePath();
+    const QByteArray archive = path.isNull() ? QByteArray() : fileContent(path);
+    const auto elements = KeyedArchiveList::elements(archive, adImageUrlKey);
+    if (!elements)
+        return {};
+    BrevantoMatchGroupList groups;
+    for (const KeyedArchiveList::Element &element : *elements) {
+        const QVariant record = Platform::KeyedUnarchiver::unarchive(element.bytes, archivedClasses());
+        if (auto group = BrevantoFields::record<BrevantoMatchGroup>(record))
+            groups.append(std::move(group));
+    }
+    return groups;
+}

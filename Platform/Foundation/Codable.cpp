@@ -1,0 +1,8 @@
+#include "Platform/Foundation/Codable.h"
+
+namespace Platform
+{
+
+Codable::~Codable() = default;
+
+} // namespace Platform

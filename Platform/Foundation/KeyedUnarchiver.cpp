@@ -1,0 +1,204 @@
+#include "Platform/Foundation/KeyedUnarchiver.h"
+
+#include "Platform/Foundation/CborCursor.h"
+#include "Platform/Foundation/Exception.h"
+#include "Platform/Foundation/KeyedArchiver.h"
+#include "Platform/Foundation/Log.h"
+
+#include <QDateTime>
+#include <QFloat16>
+
+#include <bit>
+
+namespace Platform
+{
+
+namespace
+{
+
+[[noreturn]] void refuse(const QString &reason)
+{
+    throw Exception(Exception::Name::InvalidArgument, reason);
+}
+
+QString decodedText(QByteArrayView utf8)
+{
+    if (!utf8.isValidUtf8())
+        refuse(QStringLiteral("archived text is not UTF-8"));
+    // An empty text is not null.
+    return utf8.isEmpty() ? QLatin1StringView("") : QString::fromUtf8(utf8);
+}
+
+QVariant decodedNegative(quint64 argument)
+{
+    if (argument > quint64(std::numeric_limits<qint64>::max()))
+        return -1.0 - double(argument);
+    return -1 - qint64(argument);
+}
+
+QVariant decodedUnsigned(quint64 argument)
+{
+    if (argument > quint64(std::numeric_limits<qint64>::max()))
+        return argument;
+    return qint64(argument);
+}
+
+QVariant decodedSimple(const CborCursor::Head &head)
+{
+    switch (head.information) {
+    case 20:
+        return false;
+    case 21:
+        return true;
+    case 22:
+    case 23:
+        return QVariant::fromValue(nullptr);
+    case 25:
+        return double(std::bit_cast<qfloat16>(quint16(head.argument)));
+    case 26:
+        return double(std::bit_cast<float>(quint32(head.argument)));
+    case 27:
+        return std::bit_cast<double>(head.argument);
+    default:
+        refuse(QStringLiteral("archived simple value of unknown meaning"));
+    }
+}
+
+QVariant decodedInstant(CborCursor &cursor, quint64 tag)
+{
+    CborCursor::Head head;
+    if (tag != 0 || !cursor.readHead(head) || head.major != CborCursor::Text)
+        refuse(QStringLiteral("archived value with an unknown tag"));
+    const QDateTime instant = QDateTime::fromString(decodedText(cursor.take(head.argument)), Qt::ISODateWithMs);
+    if (!instant.isValid())
+        refuse(QStringLiteral("archived date is none"));
+    return instant.toUTC();
+}
+
+bool isUnknownRecord(const QVariant &value)
+{
+    return value.metaType() == QMetaType::fromType<CodablePointer>() && !value.value<CodablePointer>();
+}
+
+bool isClassKey(QByteArrayView key)
+{
+    return key.size() == 1 && key.front() == 0;
+}
+
+} // namespace
+
+KeyedUnarchiver::KeyedUnarchiver(const ClassTable &classes, Entries entries)
+    : m_classes(classes)
+    , m_entries(std::move(entries))
+{
+}
+
+QVariant KeyedUnarchiver::unarchive(QByteArrayView data, const ClassTable &classes)
+{
+    CborCursor structure(data);
+    if (!structure.skip(KeyedArchiver::maximumDepth) || !structure.atEnd())
+        return {};
+    try {
+        return KeyedUnarchiver(classes, {}).readField(data);
+    } catch (const std::exception &exception) {
+        log(QString::fromUtf8(exception.what()));
+        return {};
+    }
+}
+
+QVariant KeyedUnarchiver::decodeObjectForKey(QLatin1StringView key)
+{
+    for (std::size_t step = 0; step < m_entries.size(); ++step) {
+        const std::size_t index = (m_expected + step) % m_entries.size();
+        if (m_entries[index].key != QByteArrayView(key.data(), key.size()))
+            continue;
+        m_expected = index + 1;
+        return readField(m_entries[index].value);
+    }
+    return {};
+}
+
+QVariant KeyedUnarchiver::readField(QByteArrayView item) const
+{
+    CborCursor cursor(item);
+    QVariant value = read(cursor);
+    if (value.typeId() == QMetaType::Nullptr || isUnknownRecord(value))
+        return {};
+    return value;
+}
+
+// The structure has been checked: heads and lengths can be trusted from here on, what they mean cannot.
+QVariant KeyedUnarchiver::read(CborCursor &cursor) const
+{
+    CborCursor::Head head;
+    cursor.readHead(head);
+    switch (head.major) {
+    case CborCursor::Unsigned:
+        return decodedUnsigned(head.argument);
+    case CborCursor::Negative:
+        return decodedNegative(head.argument);
+    case CborCursor::Text:
+        return decodedText(cursor.take(head.argument));
+    case CborCursor::List:
+        return readList(cursor, head.argument);
+    case CborCursor::Tag:
+        return decodedInstant(cursor, head.argument);
+    case CborCursor::Simple:
+        return decodedSimple(head);
+    case CborCursor::Bytes:
+        refuse(QStringLiteral("archived bytes"));
+    case CborCursor::Map:
+        break;
+    }
+
+    Entries entries;
+    QString className;
+    cursor.passMap(head, KeyedArchiver::maximumDepth, [&](QByteArrayView key, QByteArrayView value) {
+        if (const auto text = CborCursor::text(key))
+            entries.push_back({*text, value});
+        else if (const auto name = CborCursor::text(value); name && isClassKey(key))
+            className = decodedText(*name);
+    });
+    return className.isNull() ? readMap(entries) : readRecord(className, std::move(entries));
+}
+
+QVariant KeyedUnarchiver::readList(CborCursor &cursor, quint64 size) const
+{
+    QVariantList list;
+    list.reserve(qsizetype(size));
+    for (quint64 index = 0; index < size; ++index) {
+        QVariant entry = read(cursor);
+        if (!isUnknownRecord(entry))
+            list.append(std::move(entry));
+    }
+    return list;
+}
+
+QVariant KeyedUnarchiver::readMap(const Entries &entries) const
+{
+    QVariantMap map;
+    for (const Entry &entry : entries) {
+        CborCursor cursor(entry.value);
+        map.insert(decodedText(entry.key), read(cursor));
+    }
+    return map;
+}
+
+QVariant KeyedUnarchiver::readRecord(const QString &className, Entries entries) const
+{
+    const auto make = m_classes.constFind(className);
+    if (make == m_classes.cend()) {
+        log(QStringLiteral("archived record of unknown class %1 left out").arg(className));
+        return QVariant::fromValue(CodablePointer());
+    }
+    const CodablePointer record = (*make)();
+    KeyedUnarchiver coder(m_classes, std::move(entries));
+    try {
+        record->initWithCoder(coder);
+    } catch (const std::exception &exception) {
+        log(QString::fromUtf8(exception.what()));
+    }
+    return QVariant::fromValue(record);
+}
+
+} // namespace Platform
