@@ -1,0 +1,75 @@
+#include "Brevanto/BrevantoBundle.h"
+#include "Brevanto/Utils/BrevantoUtils.h"
+#include "Platform/Interface/NavigationController.h"
+#include "Platform/Interface/NavigationItem.h"
+
+#include <QOperatingSystemVersion>
+#include <QPointer>
+#include <QVersionNumber>
+
+using namespace Platform;
+
+namespace
+{
+
+constexpr QSizeF buttonSize(35, 35);
+constexpr qreal edgeSpace = -6; // moves the icon towards the edge
+
+// The versions that the bars' rules name are those of one system; the others count as later.
+bool systemVersionIsAtLeast(const QString &version)
+{
+    const QOperatingSystemVersion current = QOperatingSystemVersion::current();
+    if (current.type() != QOperatingSystemVersion::IOS)
+        return true;
+    return QVersionNumber(current.majorVersion(), current.minorVersion()) >= QVersionNumber::fromString(version);
+}
+
+BarButtonItem makeButton(ViewController *controller, const QString &imageName, const QString &name, const char *action)
+{
+    BarButtonItem item;
+    item.image = brevantoBundle().urlForImage(imageName);
+    item.accessibleName = name;
+    item.size = buttonSize;
+    item.action = [target = QPointer(controller), action] {
+        if (target)
+            QMetaObject::invokeMethod(target, action);
+    };
+    return item;
+}
+
+} // namespace
+
+void BrevantoUtils::customizeNavBarThroughOutApp()
+{
+    NavigationBarAppearance &bar = NavigationBarAppearance::appearance();
+    if (systemVersionIsAtLeast(QStringLiteral("8.0"))) {
+        bar.style = NavigationBarAppearance::Style::Black;
+        bar.translucent = false;
+    }
+    bar.barTintColor = Qt::black;
+    bar.tintColor = Qt::white;
+    bar.titleFont = mediumFont(16);
+    bar.titleColor = Qt::white;
+}
+
+void BrevantoUtils::customizeNavBarFor(ViewController *controller, const QString &title, bool customBackButton,
+                                       bool closeButton, bool infoButton)
+{
+    if (NavigationController *navigation = controller->navigationController())
+        navigation->setNavigationBarShadow({.color = Qt::black, .opacity = 0.3, .offset = QSizeF(0, 2)});
+
+    NavigationItem *item = controller->navigationItem();
+    item->setTitle(QString());
+    if (!title.isEmpty())
+        item->setTitle(title);
+    if (customBackButton || closeButton) {
+        const auto button = customBackButton
+            ? makeButton(controller, QStringLiteral("ic_back"), QStringLiteral("Back"), "navBarBackButtonAction")
+            : makeButton(controller, QStringLiteral("ic_close"), QStringLiteral("Close"), "navBarBackButtonAction");
+        item->setLeftBarButtonItems({BarButtonItem::fixedSpace(edgeSpace), button});
+    }
+    if (infoButton) {
+        item->setRightBarButtonItems({makeButton(controller, QStringLiteral("ic_why"), QStringLiteral("Information"),
+                                                 "navBarInfoButtonAction")});
+    }
+}
