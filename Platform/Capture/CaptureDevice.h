@@ -77,7 +77,7 @@ public:
     // Delivers preview frames to `handler`, on any thread, for `owner`. Another owner's delivery ends: a camera serves
     // one.
     void start(const void *owner, CaptureSessionPreset preset, FrameHandler handler);
-    // Ends the delivery for `owner`; without effect when the device serves another by now. A photo under way fails.
+    // Ends the delivery for `owner`; without effect when the device serves another by now. A photo under way may fail.
     void stop(const void *owner);
     bool isStartedBy(const void *owner) const { return owner && m_owner == owner; }
 

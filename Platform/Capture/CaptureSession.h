@@ -32,7 +32,7 @@ class CaptureSession
 {
 public:
     CaptureSession();
-    // Stops the device. A photo under way fails.
+    // Stops the device. A photo under way may fail; its completion runs all the same.
     ~CaptureSession();
 
     // False for null and when there is an input, respectively an output, already.

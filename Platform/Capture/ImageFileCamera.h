@@ -9,8 +9,9 @@ namespace Platform
 
 // A back camera that sees picture files: for demos, tests and machines without a camera. A host puts it to use with
 //     CaptureDevice::registerDevice(std::make_shared<ImageFileCamera>(path));
-// The preview shows the picture; each photo is the picture and moves on to the next file of a folder. Needs no
-// permission. Zoom cuts the middle out of preview and photo, at once; at zoom 1.0 a JPEG is delivered byte for byte.
+// The preview shows the picture, and a photo is the picture. The next photo, and the next start after a photo, move on
+// to the next file of a folder. Needs no permission. Zoom cuts the middle out of preview and photo, at once; at
+// zoom 1.0 a JPEG is delivered byte for byte.
 class ImageFileCamera : public CaptureDevice
 {
     Q_OBJECT
@@ -45,8 +46,12 @@ protected:
 private:
     class Preview;
 
+    void moveOnAfterPhoto();
+    void showCurrent();
+
     QStringList m_files;
     qsizetype m_index = 0;
+    bool m_isPhotographed = false; // the current file has been delivered
     CaptureFlashMode m_flashMode = CaptureFlashMode::Off;
     CaptureFocusMode m_focusMode = CaptureFocusMode::ContinuousAutoFocus;
     qreal m_zoom = 1.0;

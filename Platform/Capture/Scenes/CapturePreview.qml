@@ -1,0 +1,5 @@
+import QtMultimedia
+
+VideoOutput {
+    objectName: "videoOutput"
+}
