@@ -95,11 +95,10 @@ void BrevantoCameraVC::captureButtonAction()
 
     m_captureImageOutput->captureStillImageAsynchronouslyFromConnection(
         connection,
-        [screen = Reference(this), session = m_captureSession, sessionQueue = m_sessionQueue,
-         isPreviewWanted = m_isPreviewWanted](const auto &buffer, const QString &) {
+        [screen = Reference(this), session = m_captureSession, sessionQueue = m_sessionQueue](const auto &buffer,
+                                                                                              const QString &) {
             if (!buffer)
                 return;
-            *isPreviewWanted = false;
             sessionQueue->async([session] { session->stopRunning(); });
             const QByteArray jpeg = CaptureStillImageOutput::jpegStillImageDataRepresentation(buffer);
             if (!jpeg.isEmpty())

@@ -14,7 +14,6 @@
 #include "Platform/Interface/ShapeLayer.h"
 #include "Platform/Interface/Window.h"
 
-#include <QGuiApplication>
 #include <QThreadPool>
 
 using namespace std::chrono_literals;
@@ -96,7 +95,6 @@ void BrevantoCameraVC::viewDidLoad()
 
     m_layoutCount = 0;
     m_blurView->setHidden(true);
-    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &BrevantoCameraVC::applicationStateChanged);
 }
 
 void BrevantoCameraVC::createCaptureSession()
@@ -328,7 +326,6 @@ bool BrevantoCameraVC::goBack()
 
 void BrevantoCameraVC::startRunning()
 {
-    *m_isPreviewWanted = true;
     m_sessionQueue->async([session = m_captureSession] { session->startRunning(); });
 }
 
@@ -336,17 +333,6 @@ void BrevantoCameraVC::startCaptureSession()
 {
     m_captureButton->setEnabled(true);
     if (m_captureSession)
-        startRunning();
-}
-
-// The camera belongs to whoever is in front.
-void BrevantoCameraVC::applicationStateChanged(Qt::ApplicationState state)
-{
-    if (!m_captureSession)
-        return;
-    if (state == Qt::ApplicationSuspended || state == Qt::ApplicationHidden)
-        m_sessionQueue->async([session = m_captureSession] { session->stopRunning(); });
-    else if (state == Qt::ApplicationActive && *m_isPreviewWanted && isVisible())
         startRunning();
 }
 

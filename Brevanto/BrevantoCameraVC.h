@@ -95,7 +95,6 @@ private:
     void startRunning();
     bool isPermissionOpen() const;
     void requestAccess();
-    void applicationStateChanged(Qt::ApplicationState state);
     void placePreviewAndGuide();
 
     std::shared_ptr<Platform::CaptureConnection> videoConnection() const;
@@ -133,8 +132,6 @@ private:
     QPointer<Platform::ShapeLayer> m_shapeLayer;
     qreal m_baseScale = 1.0;
     int m_layoutCount = 0;
-    // Whether the preview is meant to run, apart from the application being in the background.
-    std::shared_ptr<std::atomic_bool> m_isPreviewWanted = std::make_shared<std::atomic_bool>(false);
     // Shared with the blocks of requests, which outlive the screen.
     std::shared_ptr<std::atomic_bool> m_isRequestOnProcess = std::make_shared<std::atomic_bool>(false);
 };

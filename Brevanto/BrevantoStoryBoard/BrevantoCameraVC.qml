@@ -66,7 +66,7 @@ View {
             running: spinner.running
             palette.dark: "white"
             Accessible.role: Accessible.Animation
-            Accessible.name: qsTr("Searching")
+            Accessible.name: "Searching"
         }
     }
 
@@ -119,7 +119,7 @@ View {
             y: root.landscape ? bar.along(5 / 6, height) : bar.across(height)
             text: "Flash"
             checkable: false
-            iconSource: selected ? "../Assets/ic_flash_on.svg" : "Assets/ic_flash_off.png"
+            iconSource: selected ? "../Assets/ic_flash_on.svg" : "../Assets/ic_flash_off.svg"
             onClicked: root.controller.flashButtonAction()
         }
     }
@@ -130,7 +130,7 @@ View {
         y: root.topMargin
         text: "Framing guide"
         selected: dashed.visible
-        iconSource: selected ? "../Assets/ic_guide_on.svg" : "Assets/ic_guide_off.png"
+        iconSource: selected ? "../Assets/ic_guide_on.svg" : "../Assets/ic_guide_off.svg"
         onClicked: root.controller.infoButtonAction()
     }
     RoundButton {
