@@ -9,7 +9,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
+namespace
+{
 
 bool save(const std::vector<Drawing::Picture> &pictures, const QString &folder, int quality)
 {

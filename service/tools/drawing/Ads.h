@@ -4,7 +4,8 @@
 
 #include <vector>
 
-namespace Drawing {
+namespace Drawing
+{
 
 /// A picture of the catalogue and its path in it.
 struct Picture {

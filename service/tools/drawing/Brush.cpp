@@ -4,7 +4,8 @@
 
 #include <cmath>
 
-namespace Drawing {
+namespace Drawing
+{
 
 QColor colour(const char *hexadecimal, double alpha)
 {
@@ -106,8 +107,9 @@ void addRays(QPainter &painter, const QPointF &middle, double radius, int count,
     for (int i = 0; i < count; ++i) {
         const double angle = 2 * M_PI * i / count;
         const double half = M_PI / count / 2;
-        painter.drawPolygon(QPolygonF({middle, middle + radius * QPointF(std::cos(angle - half), std::sin(angle - half)),
-                                       middle + radius * QPointF(std::cos(angle + half), std::sin(angle + half))}));
+        painter.drawPolygon(
+            QPolygonF({middle, middle + radius * QPointF(std::cos(angle - half), std::sin(angle - half)),
+                       middle + radius * QPointF(std::cos(angle + half), std::sin(angle + half))}));
     }
 }
 

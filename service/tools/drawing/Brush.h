@@ -7,7 +7,8 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
-namespace Drawing {
+namespace Drawing
+{
 
 QColor colour(const char *hexadecimal, double alpha = 1);
 

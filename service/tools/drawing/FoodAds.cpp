@@ -6,7 +6,8 @@
 
 #include <cmath>
 
-namespace Drawing {
+namespace Drawing
+{
 
 QImage zumbaroAd()
 {
@@ -19,8 +20,8 @@ QImage zumbaroAd()
     painter.fillPath(ridge({0, 960, 900, 240}, 110, 0.4, 9), colour("#1f5c3a"));
     QRandomGenerator random(5);
     for (int i = 0; i < 26; ++i)
-        paintLeaf(painter, {random.bounded(900.0), 960 + random.bounded(240.0)}, 60 + random.bounded(90.0), random.bounded(160.0) - 80,
-                  i % 3 ? colour("#3f9b5f") : colour("#8cc152"));
+        paintLeaf(painter, {random.bounded(900.0), 960 + random.bounded(240.0)}, 60 + random.bounded(90.0),
+                  random.bounded(160.0) - 80, i % 3 ? colour("#3f9b5f") : colour("#8cc152"));
     paintCitrusSlice(painter, {168, 660}, 128, colour("#ff9f1c"));
     paintCitrusSlice(painter, {762, 540}, 96, colour("#ff7b00"));
     paintCitrusSlice(painter, {740, 900}, 140, colour("#ffb627"));
@@ -33,10 +34,12 @@ QImage zumbaroAd()
         const double angle = random.bounded(2 * M_PI);
         const double reach = 190 + random.bounded(220.0);
         const double size = 2 + random.bounded(8.0);
-        painter.drawEllipse(QPointF(450 + reach * std::cos(angle), 640 + reach * 0.9 * std::sin(angle)), size, size * 1.4);
+        painter.drawEllipse(QPointF(450 + reach * std::cos(angle), 640 + reach * 0.9 * std::sin(angle)), size,
+                            size * 1.4);
     }
     writeWide(painter, {60, 60, 780, 190}, "ZUMBARO", sans(200, QFont::Black), colour("#7a1f05"));
-    write(painter, {64, 262, 780, 60}, "The whole orchard. Nothing else.", {sans(42, QFont::DemiBold), colour("#fffaf0"), Qt::AlignHCenter, 0});
+    write(painter, {64, 262, 780, 60}, "The whole orchard. Nothing else.",
+          {sans(42, QFont::DemiBold), colour("#fffaf0"), Qt::AlignHCenter, 0});
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour("#c81d25"));
     painter.drawEllipse(QPointF(132, 430), 88, 88);
@@ -45,7 +48,8 @@ QImage zumbaroAd()
     painter.drawEllipse(QPointF(132, 430), 77, 77);
     write(painter, {52, 386, 160, 90}, "0 g\nSUGAR\nADDED", {sans(27, QFont::Bold), Qt::white, Qt::AlignCenter, 0});
     painter.fillRect(QRectF(0, 1136, 900, 64), colour("#123d26", 0.85));
-    write(painter, {40, 1155, 820, 40}, "Eleven oranges in every bottle  ·  pressed, chilled and capped within the hour  ·  zumbaro.example",
+    write(painter, {40, 1155, 820, 40},
+          "Eleven oranges in every bottle  ·  pressed, chilled and capped within the hour  ·  zumbaro.example",
           {sans(18, QFont::Medium), colour("#eaf6d8"), Qt::AlignHCenter, 0});
     painter.end();
     addGrain(picture, 5, 1);
@@ -75,7 +79,8 @@ QImage mirukkoAd()
     for (int i = 0; i < 2; ++i) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(across({0, 0, 16, 1}, colour("#2b1a10"), colour("#7a4a26")));
-        painter.drawPolygon(QPolygonF({QPointF(i * 34, -220), QPointF(i * 34 + 17, -220), QPointF(i * 34 + 11, 420), QPointF(i * 34 + 5, 420)}));
+        painter.drawPolygon(QPolygonF(
+            {QPointF(i * 34, -220), QPointF(i * 34 + 17, -220), QPointF(i * 34 + 11, 420), QPointF(i * 34 + 5, 420)}));
         painter.fillRect(QRectF(i * 34, -100, 16, 9), colour("#e8b04b"));
     }
     painter.restore();
@@ -86,7 +91,8 @@ QImage mirukkoAd()
     writeWide(painter, {0, -62, 740, 90}, "NOODLE HOUSE", sans(80, QFont::ExtraBold), colour("#a4161a"));
     painter.restore();
     writeWide(painter, {215, 90, 300, 80}, "mirukko", serif(120), colour("#ffe8c2"));
-    write(painter, {220, 200, 260, 240}, "Slow broth.\nFast lunch.", {sans(44, QFont::Bold), Qt::white, Qt::AlignLeft, 0});
+    write(painter, {220, 200, 260, 240}, "Slow broth.\nFast lunch.",
+          {sans(44, QFont::Bold), Qt::white, Qt::AlignLeft, 0});
     write(painter, {220, 620, 260, 200},
           "Eighteen hours in the pot, eleven minutes to your table. Open from noon until the last bowl is gone.",
           {sans(22), colour("#ffe8c2"), Qt::AlignLeft, 0});
@@ -110,8 +116,9 @@ QImage fernowickAd()
     for (int i = 0; i < 46; ++i) {
         const bool isLeft = i % 2;
         const double y = random.bounded(1250.0);
-        paintLeaf(painter, {isLeft ? -30 + random.bounded(90.0) : 840 + random.bounded(90.0), y}, 150 + random.bounded(190.0),
-                  (isLeft ? 60 : -60) + random.bounded(80.0) - 40, colour(greens[random.bounded(6)]));
+        paintLeaf(painter, {isLeft ? -30 + random.bounded(90.0) : 840 + random.bounded(90.0), y},
+                  150 + random.bounded(190.0), (isLeft ? 60 : -60) + random.bounded(80.0) - 40,
+                  colour(greens[random.bounded(6)]));
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour("#f7f4ea", 0.96));
@@ -130,12 +137,16 @@ QImage fernowickAd()
     painter.setPen(QPen(colour("#f7d9c4"), 5));
     for (int i = 0; i < 9; ++i)
         painter.drawLine(QPointF(352 + i * 22, 850), QPointF(363 + i * 22, 875 - (i % 2) * 50));
-    write(painter, {190, 140, 520, 40}, "BOTANICAL POST", {sans(25, QFont::DemiBold), colour("#40916c"), Qt::AlignHCenter, 35});
+    write(painter, {190, 140, 520, 40}, "BOTANICAL POST",
+          {sans(25, QFont::DemiBold), colour("#40916c"), Qt::AlignHCenter, 35});
     writeWide(painter, {215, 195, 470, 105}, "Fernowick", serif(120, true), colour("#1b4332"));
-    write(painter, {200, 330, 500, 90}, "A new leaf, every month,\nthrough your letterbox.", {serif(29), colour("#31572c"), Qt::AlignHCenter, 0});
-    write(painter, {200, 985, 500, 100}, "First plant free with the code NEWLEAF.\nCare line open every day from eight to six.",
+    write(painter, {200, 330, 500, 90}, "A new leaf, every month,\nthrough your letterbox.",
+          {serif(29), colour("#31572c"), Qt::AlignHCenter, 0});
+    write(painter, {200, 985, 500, 100},
+          "First plant free with the code NEWLEAF.\nCare line open every day from eight to six.",
           {sans(21, QFont::Medium), colour("#1b4332"), Qt::AlignHCenter, 0});
-    write(painter, {200, 1048, 500, 40}, "fernowick.example", {sans(23, QFont::Bold), colour("#9c4a34"), Qt::AlignHCenter, 4});
+    write(painter, {200, 1048, 500, 40}, "fernowick.example",
+          {sans(23, QFont::Bold), colour("#9c4a34"), Qt::AlignHCenter, 4});
     painter.end();
     addGrain(picture, 5, 3);
     return picture;

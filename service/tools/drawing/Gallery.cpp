@@ -2,16 +2,19 @@
 #include "service/tools/drawing/Brush.h"
 #include "service/tools/drawing/Products.h"
 
-namespace Drawing {
+namespace Drawing
+{
 
-namespace {
+namespace
+{
 
 QImage plate(const char *top, const char *bottom)
 {
     QImage picture(720, 960, QImage::Format_RGB32);
     QPainter painter(&picture);
     painter.fillRect(picture.rect(), downwards(picture.rect(), colour(top), colour(bottom)));
-    painter.fillRect(QRectF(0, 720, 720, 240), downwards({0, 720, 1, 240}, QColor(255, 255, 255, 70), QColor(0, 0, 0, 40)));
+    painter.fillRect(QRectF(0, 720, 720, 240),
+                     downwards({0, 720, 1, 240}, QColor(255, 255, 255, 70), QColor(0, 0, 0, 40)));
     return picture;
 }
 
@@ -95,7 +98,8 @@ QImage blockGate()
         const char *colours[] = {"#3a86ff", "#06d6a0", "#ff006e"};
         for (int column = 0; column < 4; ++column) {
             for (int level = 0; level < (column % 3 ? 1 : 4); ++level)
-                paintBlock(painter, {230 + column * 82.0, 520 + column * 47.0 - level * 95}, 95, colour(colours[(column + level) % 3]));
+                paintBlock(painter, {230 + column * 82.0, 520 + column * 47.0 - level * 95}, 95,
+                           colour(colours[(column + level) % 3]));
         }
     });
 }
@@ -113,7 +117,8 @@ QImage plantPicture(const char *green, int leaves)
     return finished(plate("#f1f5ec", "#c7d9bd"), [green, leaves](QPainter &painter) {
         addGroundShadow(painter, {360, 868}, 360, 44);
         for (int i = 0; i < leaves; ++i)
-            paintLeaf(painter, {360, 700}, 300 + (i % 3) * 70, (i - leaves / 2) * 150.0 / leaves, colour(green).lighter(90 + (i % 4) * 12));
+            paintLeaf(painter, {360, 700}, 300 + (i % 3) * 70, (i - leaves / 2) * 150.0 / leaves,
+                      colour(green).lighter(90 + (i % 4) * 12));
         painter.setBrush(across({250, 0, 220, 1}, colour("#faf3e3"), colour("#bda98a")));
         painter.drawPolygon(QPolygonF({QPointF(245, 680), QPointF(475, 680), QPointF(440, 866), QPointF(280, 866)}));
     });
@@ -121,7 +126,9 @@ QImage plantPicture(const char *green, int leaves)
 
 QImage bowlPicture(const char *glaze)
 {
-    return finished(plate("#f2e2c4", "#c98d5a"), [glaze](QPainter &painter) { paintBowl(painter, {360, 480}, 300, colour(glaze)); });
+    return finished(plate("#f2e2c4", "#c98d5a"), [glaze](QPainter &painter) {
+        paintBowl(painter, {360, 480}, 300, colour(glaze));
+    });
 }
 
 QImage recipeCard()
@@ -136,8 +143,10 @@ QImage recipeCard()
     for (int i = 0; i < 19; ++i)
         painter.drawLine(50, 270 + i * 48, 850, 270 + i * 48);
     write(painter, {60, 232, 780, 900},
-          "250 g flour and a pinch of salt\n180 g butter, soft\n3 eggs\n4 ripe pears, in slices\na thumb of ginger, grated\n\n"
-          "Cream the butter with the sugar, add the eggs one by one, then flour and ginger. Lay the pears on top. Fifty minutes at "
+          "250 g flour and a pinch of salt\n180 g butter, soft\n3 eggs\n4 ripe pears, in slices\na thumb of ginger, "
+          "grated\n\n"
+          "Cream the butter with the sugar, add the eggs one by one, then flour and ginger. Lay the pears on top. "
+          "Fifty minutes at "
           "medium heat, until a needle comes out clean. Keeps for three days, if nobody knows about it.",
           {sans(37), colour("#37474f"), Qt::AlignLeft, 0});
     painter.setPen(Qt::NoPen);
@@ -155,8 +164,9 @@ QImage cityMap()
     painter.fillRect(picture.rect(), colour("#eef0e6"));
     QRandomGenerator random(77);
     for (int i = 0; i < 90; ++i)
-        painter.fillRect(QRectF(random.bounded(900), random.bounded(1100), 30 + random.bounded(90), 30 + random.bounded(90)),
-                         colour(i % 4 ? "#d9d4c5" : "#b7d3a8"));
+        painter.fillRect(
+            QRectF(random.bounded(900), random.bounded(1100), 30 + random.bounded(90), 30 + random.bounded(90)),
+            colour(i % 4 ? "#d9d4c5" : "#b7d3a8"));
     for (int i = 0; i < 26; ++i) {
         painter.setPen(QPen(i % 5 ? Qt::white : colour("#f6c453"), i % 5 ? 11 : 20));
         const double at = random.bounded(1000.0);
@@ -168,7 +178,8 @@ QImage cityMap()
     river.cubicTo(640, 800, 800, 700, 930, 900);
     painter.strokePath(river, QPen(colour("#8ecae6"), 54));
     for (int i = 0; i < 14; ++i)
-        write(painter, {random.bounded(760.0), random.bounded(1060.0), 200, 30}, i % 2 ? "Harbour Lane" : "Old Mill Street",
+        write(painter, {random.bounded(760.0), random.bounded(1060.0), 200, 30},
+              i % 2 ? "Harbour Lane" : "Old Mill Street",
               {sans(19, QFont::Medium), colour("#495057"), Qt::AlignLeft, 0});
     return picture;
 }
@@ -178,9 +189,9 @@ QImage cityMap()
 const std::vector<Picture> &adPictures()
 {
     static const std::vector<Picture> pictures = {
-        {"ads/zumbaro.jpg", &zumbaroAd},       {"ads/mirukko.jpg", &mirukkoAd},   {"ads/fernowick.jpg", &fernowickAd},
-        {"ads/velkesta.jpg", &velkestaAd},     {"ads/tarnfell.jpg", &tarnfellAd}, {"ads/klozzo.jpg", &klozzoAd},
-        {"ads/humlo.jpg", &humloAd},           {"ads/ostrelle.jpg", &ostrelleAd}, {"ads/nattlund.jpg", &nattlundAd},
+        {"ads/zumbaro.jpg", &zumbaroAd},   {"ads/mirukko.jpg", &mirukkoAd},   {"ads/fernowick.jpg", &fernowickAd},
+        {"ads/velkesta.jpg", &velkestaAd}, {"ads/tarnfell.jpg", &tarnfellAd}, {"ads/klozzo.jpg", &klozzoAd},
+        {"ads/humlo.jpg", &humloAd},       {"ads/ostrelle.jpg", &ostrelleAd}, {"ads/nattlund.jpg", &nattlundAd},
         {"ads/orvandel.jpg", &orvandelAd},
     };
     return pictures;

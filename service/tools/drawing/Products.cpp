@@ -6,9 +6,11 @@
 
 #include <cmath>
 
-namespace Drawing {
+namespace Drawing
+{
 
-namespace {
+namespace
+{
 
 QPointF onCircle(const QPointF &middle, double radius, double degrees)
 {
@@ -69,7 +71,8 @@ void paintBottle(QPainter &painter, const QRectF &area, const QColor &drink, con
     painter.fillRect(QRectF(0, 206, 100, 2), drink.darker(120));
     paintCitrusSlice(painter, {50, 184}, 17, drink);
     writeWide(painter, {15, 138, 70, 15}, "zumbaro", sans(40, QFont::Black), drink.darker(170));
-    write(painter, {10, 156, 80, 10}, "PRESSED AT DAWN", {sans(6, QFont::DemiBold), drink.darker(180), Qt::AlignHCenter, 12});
+    write(painter, {10, 156, 80, 10}, "PRESSED AT DAWN",
+          {sans(6, QFont::DemiBold), drink.darker(180), Qt::AlignHCenter, 12});
     painter.fillRect(QRectF(14, 70, 6, 180), QColor(255, 255, 255, 105));
     painter.fillRect(QRectF(84, 90, 3, 160), QColor(255, 255, 255, 55));
     painter.setBrush(QColor(255, 255, 255, 150));
@@ -225,16 +228,19 @@ void paintFlacon(QPainter &painter, const QRectF &area, const QColor &scent)
     for (int i = 0; i < 7; ++i)
         painter.fillRect(QRectF(38 + i * 3.6, 4, 0.8, 22), QColor(70, 45, 10, 90));
     painter.fillRect(QRectF(41, 28, 18, 6), colour("#b5924c"));
-    const QPolygonF glass({QPointF(22, 34), QPointF(78, 34), QPointF(96, 54), QPointF(90, 122), QPointF(10, 122), QPointF(4, 54)});
+    const QPolygonF glass(
+        {QPointF(22, 34), QPointF(78, 34), QPointF(96, 54), QPointF(90, 122), QPointF(10, 122), QPointF(4, 54)});
     QLinearGradient body = across({4, 0, 92, 1}, scent.darker(140), scent.darker(120));
     body.setColorAt(0.25, scent.lighter(130));
     body.setColorAt(0.6, scent);
     painter.setBrush(body);
     painter.drawPolygon(glass);
     painter.setBrush(QColor(255, 255, 255, 70));
-    painter.drawPolygon(QPolygonF({QPointF(22, 34), QPointF(38, 54), QPointF(30, 122), QPointF(10, 122), QPointF(4, 54)}));
+    painter.drawPolygon(
+        QPolygonF({QPointF(22, 34), QPointF(38, 54), QPointF(30, 122), QPointF(10, 122), QPointF(4, 54)}));
     painter.setBrush(QColor(0, 0, 0, 28));
-    painter.drawPolygon(QPolygonF({QPointF(78, 34), QPointF(64, 54), QPointF(72, 122), QPointF(90, 122), QPointF(96, 54)}));
+    painter.drawPolygon(
+        QPolygonF({QPointF(78, 34), QPointF(64, 54), QPointF(72, 122), QPointF(90, 122), QPointF(96, 54)}));
     painter.fillRect(QRectF(30, 70, 40, 30), colour("#fff9f0", 0.94));
     painter.setPen(QPen(colour("#8a6a2f"), 0.7));
     painter.setBrush(Qt::NoBrush);
@@ -352,7 +358,8 @@ void paintBowl(QPainter &painter, const QPointF &middle, double radius, const QC
     for (int i = 0; i < 44; ++i) {
         const double start = random.bounded(360.0);
         QPainterPath noodle(onCircle({-8, 8}, 20 + random.bounded(44.0), start));
-        noodle.cubicTo(onCircle({-8, 8}, 60, start + 30), onCircle({-8, 8}, 30, start + 70), onCircle({-8, 8}, 24 + random.bounded(42.0), start + 100));
+        noodle.cubicTo(onCircle({-8, 8}, 60, start + 30), onCircle({-8, 8}, 30, start + 70),
+                       onCircle({-8, 8}, 24 + random.bounded(42.0), start + 100));
         painter.strokePath(noodle, round(colour("#9c6a1e"), 4.6));
         painter.strokePath(noodle, round(colour("#f5d98a"), 3.4));
     }
@@ -382,15 +389,17 @@ void paintTrumpet(QPainter &painter, const QRectF &area, const QColor &brass)
     bell.cubicTo(22, 23, 12, 27, 4, 38);
     bell.quadTo(0, 20, 4, 2);
     painter.fillPath(bell, downwards({0, 2, 1, 36}, brass.lighter(150), brass.darker(160)));
-    painter.strokePath([] {
-        QPainterPath tube(QPointF(44, 20));
-        tube.lineTo(78, 20);
-        tube.cubicTo(92, 20, 92, 38, 78, 38);
-        tube.lineTo(36, 38);
-        tube.cubicTo(26, 38, 26, 29, 36, 29);
-        tube.lineTo(96, 29);
-        return tube;
-    }(), round(brass, 3.2));
+    painter.strokePath(
+        [] {
+            QPainterPath tube(QPointF(44, 20));
+            tube.lineTo(78, 20);
+            tube.cubicTo(92, 20, 92, 38, 78, 38);
+            tube.lineTo(36, 38);
+            tube.cubicTo(26, 38, 26, 29, 36, 29);
+            tube.lineTo(96, 29);
+            return tube;
+        }(),
+        round(brass, 3.2));
     painter.setPen(Qt::NoPen);
     for (int i = 0; i < 3; ++i) {
         painter.setBrush(across({49.0 + i * 8, 0, 6, 1}, brass.lighter(150), brass.darker(150)));

@@ -3,9 +3,11 @@
 #include <QtGui/QColor>
 #include <QtGui/QPainter>
 
-namespace Drawing {
+namespace Drawing
+{
 
-// The invented products of the catalogue. Each is painted into `area`, whose proportions are the product's own business.
+// The invented products of the catalogue. Each is painted into `area`, whose proportions are the product's own
+// business.
 
 void paintBottle(QPainter &painter, const QRectF &area, const QColor &drink, const QColor &label);
 void paintCitrusSlice(QPainter &painter, const QPointF &middle, double radius, const QColor &flesh);

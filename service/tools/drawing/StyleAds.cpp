@@ -6,7 +6,8 @@
 
 #include <cmath>
 
-namespace Drawing {
+namespace Drawing
+{
 
 QImage humloAd()
 {
@@ -19,7 +20,8 @@ QImage humloAd()
         QPainterPath wave;
         for (int degree = 0; degree <= 360; ++degree) {
             const double angle = qDegreesToRadians(double(degree));
-            const double reach = 170 + ring * 21 + std::sin(angle * 9 + ring * 0.7) * (3 + ring * 0.9) + std::sin(angle * 23) * ring * 0.25;
+            const double reach = 170 + ring * 21 + std::sin(angle * 9 + ring * 0.7) * (3 + ring * 0.9)
+                + std::sin(angle * 23) * ring * 0.25;
             const QPointF place(450 + reach * std::cos(angle), 650 + reach * std::sin(angle));
             degree ? wave.lineTo(place) : wave.moveTo(place);
         }
@@ -29,16 +31,19 @@ QImage humloAd()
     addGroundShadow(painter, {450, 660}, 700, 720, 0.8);
     paintHeadphones(painter, {165, 350, 570, 627}, colour("#e76f51"), colour("#2a2d34"));
     writeWide(painter, {60, 70, 420, 118}, "humlo", sans(150, QFont::ExtraBold), colour("#f4f1de"));
-    write(painter, {64, 205, 700, 120}, "Hear the room\nleave the room.", {sans(46, QFont::Light), colour("#9be7d8"), Qt::AlignLeft, 0});
+    write(painter, {64, 205, 700, 120}, "Hear the room\nleave the room.",
+          {sans(46, QFont::Light), colour("#9be7d8"), Qt::AlignLeft, 0});
     const char *facts[] = {"40 h", "214 g", "−38 dB"};
     const char *names[] = {"on one charge", "on your head", "of everyone else"};
     for (int i = 0; i < 3; ++i) {
-        write(painter, {60 + i * 265.0, 1030, 250, 62}, facts[i], {sans(52, QFont::Bold), colour("#e76f51"), Qt::AlignHCenter, 0});
+        write(painter, {60 + i * 265.0, 1030, 250, 62}, facts[i],
+              {sans(52, QFont::Bold), colour("#e76f51"), Qt::AlignHCenter, 0});
         write(painter, {60 + i * 265.0, 1094, 250, 40}, names[i], {sans(23), colour("#f4f1de"), Qt::AlignHCenter, 0});
     }
     painter.setPen(QPen(colour("#f4f1de", 0.6), 2));
     painter.drawLine(60, 1010, 840, 1010);
-    write(painter, {60, 1150, 780, 30}, "Humlo Three. In clay, moss and midnight.", {sans(20), colour("#9be7d8"), Qt::AlignHCenter, 3});
+    write(painter, {60, 1150, 780, 30}, "Humlo Three. In clay, moss and midnight.",
+          {sans(20), colour("#9be7d8"), Qt::AlignHCenter, 3});
     painter.end();
     addGrain(picture, 5, 7);
     return picture;
@@ -67,8 +72,10 @@ QImage ostrelleAd()
                 painter.save();
                 painter.translate(middle);
                 painter.rotate(i * 360 / 7.0 + ring * 24);
-                painter.setBrush(downwards({0, -radius, 1, radius}, petal.lighter(125 - ring * 5), petal.darker(105 + ring * 12)));
-                painter.drawEllipse(QPointF(0, -radius * (0.62 - ring * 0.18)), radius * (0.36 - ring * 0.07), radius * (0.42 - ring * 0.09));
+                painter.setBrush(
+                    downwards({0, -radius, 1, radius}, petal.lighter(125 - ring * 5), petal.darker(105 + ring * 12)));
+                painter.drawEllipse(QPointF(0, -radius * (0.62 - ring * 0.18)), radius * (0.36 - ring * 0.07),
+                                    radius * (0.42 - ring * 0.09));
                 painter.restore();
             }
         }
@@ -76,7 +83,8 @@ QImage ostrelleAd()
         painter.drawEllipse(middle, radius * 0.14, radius * 0.14);
     };
     for (int i = 0; i < 16; ++i)
-        paintLeaf(painter, {i % 2 ? 820.0 : 170.0, 760}, 150 + random.bounded(110.0), random.bounded(340.0) - 170, colour("#557a46"));
+        paintLeaf(painter, {i % 2 ? 820.0 : 170.0, 760}, 150 + random.bounded(110.0), random.bounded(340.0) - 170,
+                  colour("#557a46"));
     blossom({150, 800}, 150, colour("#d1495b"));
     blossom({290, 905}, 105, colour("#edae49"));
     blossom({858, 770}, 165, colour("#c9184a"));
@@ -85,10 +93,13 @@ QImage ostrelleAd()
     addGroundShadow(painter, {500, 925}, 470, 66, 0.45);
     paintFlacon(painter, {318, 440, 364, 486}, colour("#e8985e"));
     writeWide(painter, {150, 80, 700, 108}, "OSTRELLE", serif(110), colour("#5c1a2b"));
-    write(painter, {150, 212, 700, 60}, "the hour after sunset", {serif(38, true), colour("#8c3a4a"), Qt::AlignHCenter, 0});
+    write(painter, {150, 212, 700, 60}, "the hour after sunset",
+          {serif(38, true), colour("#8c3a4a"), Qt::AlignHCenter, 0});
     painter.setPen(QPen(colour("#8a6a2f"), 3));
     painter.drawLine(380, 286, 620, 286);
-    write(painter, {170, 310, 660, 80}, "Fig leaf, warm stone, a trace of smoke.\n50 ml and 100 ml, refillable for life.", {sans(25), colour("#5c1a2b"), Qt::AlignHCenter, 3});
+    write(painter, {170, 310, 660, 80},
+          "Fig leaf, warm stone, a trace of smoke.\n50 ml and 100 ml, refillable for life.",
+          {sans(25), colour("#5c1a2b"), Qt::AlignHCenter, 3});
     painter.setPen(QPen(colour("#8a6a2f"), 5));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(QRectF(28, 28, 944, 944));
@@ -144,9 +155,13 @@ QImage nattlundAd()
     painter.fillRect(QRectF(110, 430, 680, 330), colour("#f3e9d2", 0.93));
     paintTrumpet(painter, {140, 460, 620, 270}, colour("#e0a72e"));
     writeWide(painter, {50, 45, 800, 130}, "NATTLUND", sans(150, QFont::Black), colour("#1b1b1e"));
-    write(painter, {52, 190, 560, 100}, "Jazz in the shipyard\n14 – 17 August", {sans(42, QFont::Bold), colour("#c0392b"), Qt::AlignLeft, 0});
-    write(painter, {620, 196, 230, 90}, "four nights\ntwenty-two bands\none crane", {sans(24, QFont::Medium), colour("#114b5f"), Qt::AlignRight, 0});
-    write(painter, {50, 1096, 800, 90}, "Ibo Marrow Quartet  ·  Lotte Vash  ·  The Tin Meridian  ·  Sollan & Drey  ·  Brass Kiosk\nDoors at six. Children under ten come in free.",
+    write(painter, {52, 190, 560, 100}, "Jazz in the shipyard\n14 – 17 August",
+          {sans(42, QFont::Bold), colour("#c0392b"), Qt::AlignLeft, 0});
+    write(painter, {620, 196, 230, 90}, "four nights\ntwenty-two bands\none crane",
+          {sans(24, QFont::Medium), colour("#114b5f"), Qt::AlignRight, 0});
+    write(painter, {50, 1096, 800, 90},
+          "Ibo Marrow Quartet  ·  Lotte Vash  ·  The Tin Meridian  ·  Sollan & Drey  ·  Brass Kiosk\nDoors at six. "
+          "Children under ten come in free.",
           {sans(20, QFont::DemiBold), colour("#1b1b1e"), Qt::AlignHCenter, 0});
     painter.end();
     addGrain(picture, 6, 9);
@@ -164,7 +179,9 @@ QImage orvandelAd()
     for (int i = 0; i < 90; ++i) { // engine-turned metal
         painter.setPen(QPen(QColor(200, 220, 230, 16 + random.bounded(30)), 1.5));
         const double angle = i * 4.0;
-        painter.drawEllipse(QPointF(820 + 150 * std::cos(qDegreesToRadians(angle)), 450 + 150 * std::sin(qDegreesToRadians(angle))), 330, 330);
+        painter.drawEllipse(
+            QPointF(820 + 150 * std::cos(qDegreesToRadians(angle)), 450 + 150 * std::sin(qDegreesToRadians(angle))),
+            330, 330);
     }
     for (int i = 0; i < 240; ++i) {
         painter.setPen(Qt::NoPen);
@@ -175,13 +192,18 @@ QImage orvandelAd()
     addGroundShadow(painter, {830, 470}, 700, 900, 0.85);
     paintWatch(painter, {550, 5, 556, 890}, colour("#1d4e68"), colour("#aab4bb"));
     writeWide(painter, {60, 90, 460, 74}, "ORVANDEL", sans(110, QFont::Light), colour("#f7efd8"));
-    write(painter, {62, 188, 460, 40}, "MARINER CHRONOGRAPH", {sans(23, QFont::DemiBold), colour("#e4572e"), Qt::AlignLeft, 22});
-    write(painter, {60, 300, 440, 230}, "Some things\nare worth\nwinding.", {serif(56, true), Qt::white, Qt::AlignLeft, 0});
+    write(painter, {62, 188, 460, 40}, "MARINER CHRONOGRAPH",
+          {sans(23, QFont::DemiBold), colour("#e4572e"), Qt::AlignLeft, 22});
+    write(painter, {60, 300, 440, 230}, "Some things\nare worth\nwinding.",
+          {serif(56, true), Qt::white, Qt::AlignLeft, 0});
     painter.setPen(QPen(colour("#e4572e"), 4));
     painter.drawLine(62, 560, 190, 560);
-    write(painter, {60, 585, 420, 170}, "Hand-wound calibre of 212 parts, seventy hours of reserve, sapphire on both sides. Dial in sea, ember or ash.",
-          {sans(23), colour("#c8d3d9"), Qt::AlignLeft, 0});
-    write(painter, {60, 800, 420, 60}, "orvandel.example  ·  Call for an appointment", {sans(19, QFont::Medium), colour("#f7efd8"), Qt::AlignLeft, 0});
+    write(
+        painter, {60, 585, 420, 170},
+        "Hand-wound calibre of 212 parts, seventy hours of reserve, sapphire on both sides. Dial in sea, ember or ash.",
+        {sans(23), colour("#c8d3d9"), Qt::AlignLeft, 0});
+    write(painter, {60, 800, 420, 60}, "orvandel.example  ·  Call for an appointment",
+          {sans(19, QFont::Medium), colour("#f7efd8"), Qt::AlignLeft, 0});
     painter.end();
     addGrain(picture, 5, 10);
     return picture;
