@@ -2,8 +2,6 @@
 
 #include "Platform/Foundation/DispatchQueue.h"
 
-#include <QMutexLocker>
-
 #include <utility>
 
 namespace Platform
@@ -11,14 +9,14 @@ namespace Platform
 
 void CaptureFrameRelay::setOpen(bool open)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_isOpen = open;
     m_waiting = {};
 }
 
 void CaptureFrameRelay::push(const QVideoFrame &frame)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (!m_isOpen || !frame.isValid())
         return;
     m_waiting = frame;
@@ -40,7 +38,7 @@ void CaptureFrameRelay::addSink(QVideoSink *sink)
 void CaptureFrameRelay::show()
 {
     // Held while showing, so that whoever closes the relay waits for a frame that is on its way.
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_isScheduled = false;
     if (!m_waiting.isValid())
         return;

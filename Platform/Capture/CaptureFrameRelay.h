@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QPointer>
-#include <QRecursiveMutex>
 #include <QVideoFrame>
 #include <QVideoSink>
 
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace Platform
@@ -27,7 +27,7 @@ public:
 private:
     void show();
 
-    QRecursiveMutex m_mutex; // recursive: showing a frame may lead to closing
+    std::recursive_mutex m_mutex; // recursive: showing a frame may lead to closing
     bool m_isOpen = false;
     bool m_isScheduled = false;
     QVideoFrame m_waiting;

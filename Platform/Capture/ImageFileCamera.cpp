@@ -7,10 +7,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QMutex>
-#include <QMutexLocker>
 
 #include <cstring>
+#include <mutex>
 
 namespace Platform
 {
@@ -104,7 +103,7 @@ public:
 
     void show(const QString &file, qreal zoom)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_file = file;
         m_zoom = zoom;
         m_isOutdated = true;
@@ -115,14 +114,14 @@ public:
 
     void stop()
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_handler = {};
     }
 
 private:
     void catchUp()
     {
-        QMutexLocker lock(&m_mutex);
+        std::unique_lock lock(m_mutex);
         while (m_handler && std::exchange(m_isOutdated, false)) {
             const QString file = m_file;
             const qreal zoom = m_zoom;
@@ -131,14 +130,14 @@ private:
                 m_picture = previewPicture(file);
             const QVideoFrame frame =
                 m_picture.isNull() ? QVideoFrame() : frameOf(m_picture.copy(middle(m_picture.size(), zoom)));
-            lock.relock();
+            lock.lock();
             if (m_handler && frame.isValid())
                 m_handler(frame);
         }
         m_isBusy = false;
     }
 
-    QMutex m_mutex;
+    std::mutex m_mutex;
     FrameHandler m_handler; // null once stopped
     QString m_file;
     qreal m_zoom = 1.0;

@@ -7,11 +7,10 @@
 #include <QHash>
 #include <QImageReader>
 #include <QImageWriter>
-#include <QMutex>
-#include <QMutexLocker>
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 namespace Platform
 {
@@ -62,7 +61,7 @@ QImage withoutTransparency(const QImage &image)
 struct Image::Data {
     // The living images. Each holds on to it, so that images with static lifetime may go in any order.
     struct Registry {
-        QMutex mutex;
+        std::mutex mutex;
         QHash<QString, QWeakPointer<Data>> images;
     };
 
@@ -90,13 +89,13 @@ void Image::Data::publish(const QSharedPointer<Data> &data)
     static std::atomic<quint64> count = 0;
     data->identifier = QString::number(++count);
     data->registry = sharedRegistry();
-    const QMutexLocker lock(&data->registry->mutex);
+    const std::lock_guard lock(data->registry->mutex);
     data->registry->images.insert(data->identifier, data);
 }
 
 Image::Data::~Data()
 {
-    const QMutexLocker lock(&registry->mutex);
+    const std::lock_guard lock(registry->mutex);
     registry->images.remove(identifier);
 }
 
@@ -202,7 +201,7 @@ QString Image::identifier() const
 Image Image::withIdentifier(const QString &identifier)
 {
     const std::shared_ptr<Data::Registry> registry = Data::sharedRegistry();
-    const QMutexLocker lock(&registry->mutex);
+    const std::lock_guard lock(registry->mutex);
     Image image;
     image.d = registry->images.value(identifier).toStrongRef();
     return image;
