@@ -88,7 +88,7 @@ std::optional<BrevantoMatchList> BrevantoMatch::populateMatchesUsingArray(const 
     const QJsonArray elements = array.toArray();
     BrevantoMatchList matches;
     matches.reserve(elements.size());
-    for (const QJsonValue element : elements) {
+    for (const auto element : elements) {
         auto match = std::make_shared<BrevantoMatch>();
         populateMatch(*match, element.toObject());
         matches.append(std::move(match));

@@ -4,6 +4,7 @@
 #include "Brevanto/Model/BrevantoCatalogueImage.h"
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoMatch.h"
+#include "Brevanto/Model/BrevantoMatchObject.h"
 #include "Brevanto/Model/BrevantoRelatedContent.h"
 
 #include <QDateTime>
@@ -17,23 +18,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// The value as a field keeps it; null unless it is valid (see BrevantoBaseEntity::isValid, whose answer this gives
-// while it makes a text but once).
-QVariant validValue(const QJsonValue &value)
-{
-    switch (value.type()) {
-    case QJsonValue::Undefined:
-    case QJsonValue::Null:
-        return {};
-    case QJsonValue::String: {
-        QString text = value.toString();
-        return text.isEmpty() ? QVariant() : QVariant(std::move(text));
-    }
-    default:
-        return value.toVariant();
-    }
-}
-
 // The setters of Record take what they are given; a value that is not valid leaves the field untouched.
 template <class Record, class Base>
 void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
@@ -45,46 +29,51 @@ void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
 template <class Record, class Base>
 void takeValid(Record &record, void (Base::*setter)(QVariant), const QJsonObject &object, QLatin1StringView key)
 {
-    take(record, setter, validValue(object.value(key)));
+    if (const auto entry = object.constFind(key); entry != object.constEnd())
+        take(record, setter, brevantoValidValue(*entry));
 }
 
-void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
-              QLatin1StringView key)
+template <class Base>
+void takeValid(BrevantoMatch &match, void (Base::*setter)(QVariant), const BrevantoMatchObject &object,
+               BrevantoMatchKey key)
 {
-    if (const QJsonValue value = object.value(key); value.isString())
-        take(match, setter, validValue(value));
+    take(match, setter, object.validValue(key));
 }
 
-void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
-                QLatin1StringView key)
+void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
+              BrevantoMatchKey key)
+{
+    if (QVariant value = object.validValue(key); value.typeId() == QMetaType::QString)
+        take(match, setter, std::move(value));
+}
+
+void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
+                BrevantoMatchKey key)
 {
     if (const QJsonValue value = object.value(key); value.isDouble())
-        (match.*setter)(value.toVariant());
+        take(match, setter, value.toVariant());
 }
 
 QVariantList validEntries(const QJsonArray &array)
 {
     QVariantList entries;
     entries.reserve(array.size());
-    for (const QJsonValue entry : array) {
-        if (QVariant value = validValue(entry); value.isValid())
+    for (const auto entry : array) {
+        if (QVariant value = brevantoValidValue(entry); value.isValid())
             entries.append(std::move(value));
     }
     return entries;
 }
 
-// A list of what `make` gives for each valid entry, which gets an empty object when the entry is none; null is left
-// out.
+// What `make` gives for each valid entry; it gets an empty object when the entry is none.
 template <class Make>
 QVariantList recordsFrom(const QJsonArray &array, Make make)
 {
     QVariantList records;
     records.reserve(array.size());
-    for (const QJsonValue entry : array) {
-        if (!BrevantoBaseEntity::isValid(entry))
-            continue;
-        if (Platform::CodablePointer record = make(entry.toObject()))
-            records.append(BrevantoFields::entry(record));
+    for (const auto entry : array) {
+        if (BrevantoBaseEntity::isValid(entry))
+            records.append(BrevantoFields::entry(make(entry.toObject())));
     }
     return records;
 }
@@ -99,27 +88,27 @@ QVariant firstEntry(const QVariant &field)
     return BrevantoFields::list(field).value(0);
 }
 
-void mapAuthor(BrevantoMatch &match, const QJsonObject &object, QLatin1StringView key)
+void mapAuthor(BrevantoMatch &match, const BrevantoMatchObject &object, BrevantoMatchKey key)
 {
     const QJsonValue author = object.value(key);
     if (author.isString())
-        take(match, &BrevantoMatch::setAuthor, validValue(author));
-    else if (author.isArray())
-        take(match, &BrevantoMatch::setAuthor, validValue(author.toArray().first()));
+        take(match, &BrevantoMatch::setAuthor, brevantoValidValue(author));
+    else if (const QJsonArray names = author.toArray(); !names.isEmpty() && !names.first().isNull())
+        match.setAuthor(names.first().toVariant());
 }
 
 // Text is taken even when it is empty.
-void mapID(BrevantoMatch &match, const QJsonObject &object)
+void mapID(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue id = object.value("id"_L1);
+    const QJsonValue id = object.value("id");
     if (id.isString() || id.isDouble())
         match.setID(BrevantoFields::text(id.toVariant()));
 }
 
 // The first entry tells what the service sent: objects with addresses, or the addresses themselves.
-void mapImages(BrevantoMatch &match, const QJsonObject &object)
+void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue images = object.value("images"_L1);
+    const QJsonValue images = object.value("images");
     if (images.isString())
         match.setImages(QVariantList{images.toString()});
     if (!images.isArray())
@@ -130,20 +119,20 @@ void mapImages(BrevantoMatch &match, const QJsonObject &object)
     if (array.first().isString()) {
         addresses = validEntries(array);
     } else if (array.first().isObject()) {
-        for (const QJsonValue entry : array) {
-            if (QVariant address = validValue(entry.toObject().value("url"_L1)); address.isValid())
+        for (const auto entry : array) {
+            if (QVariant address = brevantoValidValue(entry.toObject().value("url"_L1)); address.isValid())
                 addresses.append(std::move(address));
         }
     }
     match.setImages(addresses);
 }
 
-void mapImageGalleries(BrevantoMatch &match, const QJsonObject &object)
+void mapImageGalleries(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (const QJsonValue gallery = object.value("imageGallery"_L1); gallery.isArray())
+    if (const QJsonValue gallery = object.value("imageGallery"); gallery.isArray())
         match.setImageGallery(validEntries(gallery.toArray()));
 
-    const QJsonValue captioned = object.value("imageGalleryCaption"_L1);
+    const QJsonValue captioned = object.value("imageGalleryCaption");
     if (!captioned.isArray())
         return;
     match.setCaptionImages(recordsFrom(captioned.toArray(), [](const QJsonObject &entry) {
@@ -154,9 +143,10 @@ void mapImageGalleries(BrevantoMatch &match, const QJsonObject &object)
     }));
 }
 
-void mapThumbnail(BrevantoMatch &match, const QJsonObject &object)
+void mapThumbnail(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    for (const auto key : {"weblinkThumb"_L1, "thumb_url"_L1, "thumbUrl"_L1}) {
+    for (const BrevantoMatchKey key :
+         std::initializer_list<BrevantoMatchKey>{"weblinkThumb", "thumb_url", "thumbUrl"}) {
         if (isEmpty(match.thumbnailUrl()))
             takeValid(match, &BrevantoMatch::setThumbnailUrl, object, key);
     }
@@ -188,14 +178,14 @@ QString clipAddress(QString address)
     return address.sliced(begin, dot - begin) + ".mp4"_L1;
 }
 
-void mapRelatedVideos(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedVideos(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue videos = object.value("relatedVideos"_L1);
+    const QJsonValue videos = object.value("relatedVideos");
     if (!videos.isArray())
         return;
     match.setVids(recordsFrom(videos.toArray(), [&match](const QJsonObject &entry) {
         auto video = std::make_shared<BrevantoRelatedContent>();
-        QVariant address = validValue(entry.value("url"_L1));
+        QVariant address = brevantoValidValue(entry.value("url"_L1));
         if (address.typeId() == QMetaType::QString)
             address = clipAddress(address.toString());
         take(*video, &BrevantoRelatedContent::setContentUrl, std::move(address));
@@ -220,18 +210,19 @@ std::shared_ptr<BrevantoRelatedContent> relatedLink(const BrevantoMatch &match, 
 
 // Links are sorted by a marker anywhere in their address; those without one are articles. A link without an address,
 // JSON null included, is left out.
-void mapRelatedLinks(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue links = object.value("relatedArticleLinks"_L1);
+    const QJsonValue links = object.value("relatedArticleLinks");
     if (!links.isArray())
         return;
 
     QVariantList articles, polls, ads, quiz;
     const std::pair<QLatin1StringView, QVariantList *> markers[] = {
         {"polls:"_L1, &polls}, {"ads:"_L1, &ads}, {"news:"_L1, &articles}, {"quiz:"_L1, &quiz}};
-    for (const QJsonValue value : links.toArray()) {
+    const QJsonArray array = links.toArray();
+    for (const auto value : array) {
         const QJsonObject entry = value.toObject();
-        const QVariant address = validValue(entry.value("url"_L1));
+        const QVariant address = brevantoValidValue(entry.value("url"_L1));
         if (!address.isValid())
             continue;
         const QString text = BrevantoFields::text(address);
@@ -246,31 +237,31 @@ void mapRelatedLinks(BrevantoMatch &match, const QJsonObject &object)
     match.setRelatedQuiz(quiz);
 }
 
-void mapAdImage(BrevantoMatch &match, const QJsonObject &object)
+void mapAdImage(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img"_L1);
+    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img");
     if (!match.backgroundImageUrl().isValid())
-        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img"_L1);
+        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img");
 }
 
-void mapTheme(BrevantoMatch &match, const QJsonObject &object)
+void mapTheme(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (const QString theme = object.value("theme"_L1).toString(); !theme.isEmpty())
+    if (const QString theme = object.value("theme").toString(); !theme.isEmpty())
         match.setAdthemeColorString(QString("0x"_L1 + theme));
 }
 
-void mapRelatedAdImages(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedAdImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QString addresses = object.value("ad_rel_img"_L1).toString();
+    const QString addresses = object.value("ad_rel_img").toString();
     if (addresses.isEmpty())
         return;
     const QStringList pieces = addresses.split(u',');
     match.setRelatedAdImages(QVariantList(pieces.begin(), pieces.end()));
 }
 
-void mapCatalogue(BrevantoMatch &match, const QJsonObject &object)
+void mapCatalogue(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonArray catalogue = object.value("image_catalouge"_L1).toArray();
+    const QJsonArray catalogue = object.value("image_catalouge").toArray();
     if (catalogue.isEmpty())
         return;
     match.setAdCatalogue(recordsFrom(catalogue, [](const QJsonObject &entry) {
@@ -282,23 +273,24 @@ void mapCatalogue(BrevantoMatch &match, const QJsonObject &object)
     }));
 }
 
-void mapDisplaySource(BrevantoMatch &match, const QJsonObject &object)
+void mapDisplaySource(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source"_L1);
+    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source");
     if (!BrevantoFields::text(match.display_source()).isEmpty())
         match.setSource(match.display_source());
 }
 
 // The count itself is not kept; that one came is what marks the match as downloaded.
-void mapDownloadedTime(BrevantoMatch &match, const QJsonObject &object)
+void mapDownloadedTime(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (object.value("relatedcontentcount"_L1).isDouble())
+    if (object.value("relatedcontentcount").isDouble())
         match.setDownloadedTime(QDateTime::currentDateTimeUtc());
 }
 
-void mapRelatedContentIdentifiers(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedContentIdentifiers(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    for (const QJsonValue entry : object.value("relatedContentIdentifiers"_L1).toArray()) {
+    const QJsonArray identifiers = object.value("relatedContentIdentifiers").toArray();
+    for (const auto entry : identifiers) {
         const QString identifier = entry.toString();
         if (identifier.contains("quiz"_L1))
             match.setHasRelatedQuiz(true);
@@ -311,46 +303,47 @@ void mapRelatedContentIdentifiers(BrevantoMatch &match, const QJsonObject &objec
 
 // Later steps look at what earlier ones have set: related content at the date, the thumbnail at the galleries, the
 // source at its display name.
-void populateMatch(BrevantoMatch &match, const QJsonObject &object)
+void populateMatch(BrevantoMatch &match, const QJsonObject &json)
 {
-    mapAuthor(match, object, "author"_L1);
-    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag"_L1);
+    const BrevantoMatchObject object(json);
+    mapAuthor(match, object, "author");
+    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag");
     if (!match.author().isValid())
-        mapAuthor(match, object, "authors"_L1);
-    takeValid(match, &BrevantoMatch::setDesc, object, "description"_L1);
-    takeValid(match, &BrevantoMatch::setDate, object, "date"_L1);
-    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads"_L1);
+        mapAuthor(match, object, "authors");
+    takeValid(match, &BrevantoMatch::setDesc, object, "description");
+    takeValid(match, &BrevantoMatch::setDate, object, "date");
+    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads");
     mapID(match, object);
     mapImages(match, object);
     mapImageGalleries(match, object);
     mapThumbnail(match, object);
-    takeValid(match, &BrevantoMatch::setSource, object, "source"_L1);
-    takeValid(match, &BrevantoMatch::setTitle, object, "title"_L1);
+    takeValid(match, &BrevantoMatch::setSource, object, "source");
+    takeValid(match, &BrevantoMatch::setTitle, object, "title");
     mapRelatedVideos(match, object);
     mapRelatedLinks(match, object);
-    if (const QJsonValue audios = object.value("relatedAudios"_L1); audios.isArray())
+    if (const QJsonValue audios = object.value("relatedAudios"); audios.isArray())
         match.setRelatedAudios(validEntries(audios.toArray()));
-    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink"_L1);
-    takeValid(match, &BrevantoMatch::setCategory, object, "category"_L1);
+    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink");
+    takeValid(match, &BrevantoMatch::setCategory, object, "category");
     mapAdImage(match, object);
-    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls"_L1);
-    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url"_L1);
-    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url"_L1);
-    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url"_L1);
-    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url"_L1);
-    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number"_L1);
+    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls");
+    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url");
+    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url");
+    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url");
+    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url");
+    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number");
     mapTheme(match, object);
     mapRelatedAdImages(match, object);
     mapCatalogue(match, object);
     mapDisplaySource(match, object);
-    takeValid(match, &BrevantoMatch::setSection, object, "section"_L1);
-    takeValid(match, &BrevantoMatch::setLanguage, object, "language"_L1);
-    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position"_L1);
+    takeValid(match, &BrevantoMatch::setSection, object, "section");
+    takeValid(match, &BrevantoMatch::setLanguage, object, "language");
+    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position");
     mapDownloadedTime(match, object);
-    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live"_L1);
-    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color"_L1);
-    takeText(match, &BrevantoMatch::setShareURL, object, "share_url"_L1);
+    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live");
+    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color");
+    takeText(match, &BrevantoMatch::setShareURL, object, "share_url");
     mapRelatedContentIdentifiers(match, object);
-    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent"_L1);
-    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent"_L1);
+    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent");
+    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent");
 }

@@ -51,11 +51,29 @@ QString filePath()
     return folder.isNull() ? QString() : QDir(folder).filePath(recentsName);
 }
 
-QByteArray fileContent(const QString &path)
+// A file's bytes, as they were when it was opened: the store's file is only ever replaced, so mapping it is safe, and
+// it saves a copy of the whole. None when the file cannot be read.
+class FileContent
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+public:
+    explicit FileContent(const QString &path)
+        : m_file(path)
+    {
+        if (path.isNull() || !m_file.open(QIODevice::ReadOnly))
+            return;
+        if (const uchar *mapped = m_file.map(0, m_file.size()))
+            m_bytes = QByteArrayView(mapped, m_file.size());
+        else
+            m_bytes = m_copy = m_file.readAll();
+    }
+
+    QByteArrayView bytes() const { return m_bytes; }
+
+private:
+    QFile m_file;
+    QByteArray m_copy;
+    QByteArrayView m_bytes;
+};
 
 QByteArray archiveOf(const BrevantoMatchGroupList &groups)
 {
@@ -69,7 +87,7 @@ QByteArray archiveOf(const BrevantoMatchGroupList &groups)
 }
 
 // None when the archive cannot be decoded.
-Elements elementsOf(const QByteArray &archive)
+Elements elementsOf(QByteArrayView archive)
 {
     return KeyedArchiveList::elements(archive, adImageUrlKey).value_or(Elements());
 }
@@ -107,10 +125,9 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
     const QByteArray newArchive = archiveOf(groups);
     Elements elements = elementsOf(newArchive);
 
-    QByteArray oldArchive;
+    const FileContent oldArchive(path);
     if (QFileInfo::exists(path)) {
-        oldArchive = fileContent(path);
-        Elements stored = elementsOf(oldArchive);
+        Elements stored = elementsOf(oldArchive.bytes());
         for (const KeyedArchiveList::Element &group : elements)
             bringToFront(stored, group);
         elements = std::move(stored);
@@ -123,9 +140,8 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
 
 std::optional<BrevantoMatchGroupList> BrevantoRecentsFileManager::retrieveAllSavedGroupedMatchesInFileManager()
 {
-    const QString path = filePath();
-    const QByteArray archive = path.isNull() ? QByteArray() : fileContent(path);
-    const auto elements = KeyedArchiveList::elements(archive, adImageUrlKey);
+    const FileContent archive(filePath());
+    const auto elements = KeyedArchiveList::elements(archive.bytes(), adImageUrlKey);
     if (!elements)
         return {};
     BrevantoMatchGroupList groups;

@@ -75,17 +75,11 @@ public:
                 return false;
         } while (head.major == Tag && !head.isIndefinite());
 
-        switch (head.major) {
-        case Bytes:
-        case Text:
-            return !head.isIndefinite() && advance(head.argument);
-        case List:
-            return skipList(head, depth);
-        case Map:
-            return passMap(head, depth, [](QByteArrayView, QByteArrayView) {});
-        default:
-            return !head.isIndefinite();
-        }
+        if (head.major == List || head.major == Map)
+            return skipContainer(head, depth);
+        if (head.isIndefinite())
+            return false;
+        return (head.major != Bytes && head.major != Text) || advance(head.argument);
     }
 
     // Passes over the pairs of a map whose head has been read, handing each on as its two items.
@@ -135,8 +129,10 @@ private:
         return true;
     }
 
-    bool skipList(const Head &head, int depth)
+    bool skipContainer(const Head &head, int depth)
     {
+        if (head.major == Map)
+            return passMap(head, depth, [](QByteArrayView, QByteArrayView) {});
         if (depth == 0 || head.isIndefinite() || head.argument > remaining())
             return false;
         for (quint64 index = 0; index < head.argument; ++index) {

@@ -1,0 +1,356 @@
+#include "Brevanto/Model/BrevantoCaptionedImage.h"
+#include "Brevanto/Model/BrevantoCatalogueImage.h"
+#include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/Model/BrevantoMatchGroup.h"
+#include "Brevanto/Model/BrevantoRelatedContent.h"
+#include "Model/MatchFields.h"
+#include "Platform/Foundation/KeyedArchiver.h"
+#include "Platform/Foundation/KeyedUnarchiver.h"
+
+#include <QCborArray>
+#include <QCborMap>
+#include <QDateTime>
+#include <QJsonArray>
+#include <QPoint>
+#include <QRegularExpression>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+template <class Record>
+Platform::CodablePointer make()
+{
+    return std::make_shared<Record>();
+}
+
+QVariant unarchived(const QByteArray &archive)
+{
+    return Platform::KeyedUnarchiver::unarchive(archive,
+                                                {{u"BrevantoMatchGroup"_s, make<BrevantoMatchGroup>},
+                                                 {u"BrevantoMatch"_s, make<BrevantoMatch>},
+                                                 {u"BrevantoCaptionedImage"_s, make<BrevantoCaptionedImage>},
+                                                 {u"BrevantoCatalogueImage"_s, make<BrevantoCatalogueImage>},
+                                                 {u"BrevantoRelatedContent"_s, make<BrevantoRelatedContent>}});
+}
+
+QByteArray archived(const Platform::CodablePointer &record)
+{
+    return Platform::KeyedArchiver::archivedData(BrevantoFields::entry(record));
+}
+
+template <class Record>
+std::shared_ptr<Record> readBack(const std::shared_ptr<Record> &record)
+{
+    return BrevantoFields::record<Record>(unarchived(archived(record)));
+}
+
+std::shared_ptr<BrevantoMatch> matchWithImage(const QVariant &address, const QString &title = {})
+{
+    auto match = std::make_shared<BrevantoMatch>();
+    match->setBackgroundImageUrl(address);
+    match->setTitle(title);
+    return match;
+}
+
+QVariant relatedContent(const QString &title)
+{
+    auto content = std::make_shared<BrevantoRelatedContent>();
+    content->setTitle(title);
+    content->setSource(u"source"_s);
+    content->setDate(u"date"_s);
+    content->setThumbnailUrl(u"thumbnail"_s);
+    content->setContentUrl(u"content"_s);
+    content->setBody(u"body"_s);
+    content->setImageType(-7);
+    return BrevantoFields::entry(content);
+}
+
+QVariant captionedImage()
+{
+    auto image = std::make_shared<BrevantoCaptionedImage>();
+    image->setImageURL(u"captioned"_s);
+    image->setCaptionText(u"caption"_s);
+    return BrevantoFields::entry(image);
+}
+
+QVariant catalogueImage()
+{
+    auto image = std::make_shared<BrevantoCatalogueImage>();
+    image->setImageURL(u"catalogue"_s);
+    image->setBuyURL(u"buy"_s);
+    return BrevantoFields::entry(image);
+}
+
+// A value of its own for each field, of the kinds that fields have.
+std::shared_ptr<BrevantoMatch> fullMatch()
+{
+    auto match = std::make_shared<BrevantoMatch>();
+    for (const MatchField &field : matchFields())
+        field.setValue(*match, QString(u"value of "_s + QLatin1StringView(field.name)));
+    for (auto setter : {&BrevantoMatch::setVids, &BrevantoMatch::setRelatedArticles, &BrevantoMatch::setRelatedPolls,
+                        &BrevantoMatch::setRelatedQuiz, &BrevantoMatch::setRelatedAds})
+        (*match.*setter)(QVariantList{relatedContent(u"first"_s), relatedContent(u"second"_s)});
+    match->setImages(QVariantList{u"i1"_s, u"i2"_s});
+    match->setImageGallery(QVariantList{u"g1"_s});
+    match->setRelatedAdImages(QVariantList{u"r1"_s});
+    match->setCaptionImages(QVariantList{captionedImage()});
+    match->setAdCatalogue(QVariantList{catalogueImage()});
+    match->setRelatedAudios(QVariantList{QVariantMap{{u"deep"_s, QVariantList{1.5, false}}}});
+    match->setComments(QVariantList());
+    match->setHistoryDate(QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59, 1), Qt::UTC));
+    match->setDownloadedTime(QDateTime::currentDateTimeUtc());
+    match->setXPercent(40.0);
+    match->setYPercent(qint64(40));
+    match->setHasRelatedQuiz(true);
+    match->setRelatedItemsCount(qint64(-1));
+    return match;
+}
+
+} // namespace
+
+class TestBrevantoMatchArchive : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFullMatchComesBack();
+    void eachFieldHasItsKey();
+    void aNewMatchComesBackNull();
+    void whatIsReadAfterAnException();
+    void relatedContentComesBackWithoutLanguageAndSection();
+    void imageTypeIsReadAsInteger_data();
+    void imageTypeIsReadAsInteger();
+    void galleryIsMadeOnce();
+    void sourceTitle_data();
+    void sourceTitle();
+    void grouping_data();
+    void grouping();
+    void aGroupComesBack();
+    void damagedGroups_data();
+    void damagedGroups();
+};
+
+void TestBrevantoMatchArchive::aFullMatchComesBack()
+{
+    const auto match = fullMatch();
+    const auto read = readBack(match);
+    for (const MatchField &field : matchFields()) {
+        const QVariant before = field.value(*match);
+        const QVariant after = field.value(*read);
+        QVERIFY2(after.isValid() && after.metaType() == before.metaType(), field.name);
+        QCOMPARE(described(after), described(before));
+    }
+    QCOMPARE(read->historyDate(), match->historyDate());
+    QCOMPARE(described(read->galleryDataSource()), described(match->galleryDataSource()));
+    QCOMPARE(read->galleryDataSource().size(), 6);
+}
+
+void TestBrevantoMatchArchive::eachFieldHasItsKey()
+{
+    auto match = std::make_shared<BrevantoMatch>();
+    for (const MatchField &field : matchFields())
+        field.setValue(*match, QLatin1StringView(field.name).toString());
+    match->galleryDataSource();
+
+    const QCborMap cbor = QCborValue::fromCbor(archived(match)).toMap();
+    QCOMPARE(cbor.size(), qsizetype(matchFields().size()) + 1);
+    auto entry = cbor.begin();
+    QCOMPARE(entry.value(), QCborValue(u"BrevantoMatch"_s));
+    for (const MatchField &field : matchFields()) {
+        ++entry;
+        QCOMPARE(entry.key(), QCborValue(QLatin1StringView(field.archiveKey)));
+        QCOMPARE(entry.value(), QCborValue(QLatin1StringView(field.name)));
+    }
+}
+
+void TestBrevantoMatchArchive::aNewMatchComesBackNull()
+{
+    const auto read = readBack(std::make_shared<BrevantoMatch>());
+    QCOMPARE(filledFields(*read), QJsonObject());
+    QCOMPARE(read->galleryDataSource(), QVariantList());
+}
+
+// Only the order of reading tells which fields an exception costs.
+void TestBrevantoMatchArchive::whatIsReadAfterAnException()
+{
+    const auto readWithout = [](const char *unreadableKey) {
+        QCborMap cbor = QCborValue::fromCbor(archived(fullMatch())).toMap();
+        cbor[QLatin1StringView(unreadableKey)] = QByteArray("unreadable");
+        QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"bytes"_s));
+        return BrevantoFields::record<BrevantoMatch>(unarchived(cbor.toCborValue().toCbor()));
+    };
+
+    const auto first = readWithout("captionImages");
+    QVERIFY(first->relatedAds().isValid());
+    QVERIFY(first->imageGallery().isValid());
+    QVERIFY(!first->relatedAudios().isValid());
+    QVERIFY(!first->category().isValid());
+
+    const auto second = readWithout("shareURL");
+    QVERIFY(second->relatedItemsCount().isValid());
+    QVERIFY(!second->isSpecialArticle().isValid());
+
+    QVERIFY(!readWithout("historyDate")->title().isValid());
+
+    auto unwritable = fullMatch();
+    unwritable->setShareURL(QPoint());
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"QPoint"_s));
+    const auto third = readBack(unwritable);
+    QVERIFY(third->nativeAdPosition().isValid());
+    QVERIFY(!third->relatedItemsCount().isValid());
+}
+
+void TestBrevantoMatchArchive::relatedContentComesBackWithoutLanguageAndSection()
+{
+    const auto content = BrevantoFields::record<BrevantoRelatedContent>(relatedContent(u"title"_s));
+    const QJsonValue before = described(BrevantoFields::entry(content));
+    content->setLanguage(u"en"_s);
+    content->setSection(u"sport"_s);
+    QCOMPARE(described(BrevantoFields::entry(readBack(content))), before);
+}
+
+void TestBrevantoMatchArchive::imageTypeIsReadAsInteger_data()
+{
+    QTest::addColumn<QCborValue>("archivedType");
+    QTest::addColumn<int>("imageType");
+    QTest::newRow("missing") << QCborValue(QCborValue::Invalid) << 0;
+    QTest::newRow("null") << QCborValue(nullptr) << 0;
+    QTest::newRow("largest") << QCborValue(2147483647) << 2147483647;
+    QTest::newRow("smallest") << QCborValue(-2147483648LL) << std::numeric_limits<int>::min();
+    QTest::newRow("fraction") << QCborValue(2.9) << 2;
+    QTest::newRow("too large") << QCborValue(1e300) << 0;
+    QTest::newRow("no number") << QCborValue(qQNaN()) << 0;
+    QTest::newRow("text") << QCborValue(u"x"_s) << 0;
+}
+
+void TestBrevantoMatchArchive::imageTypeIsReadAsInteger()
+{
+    QFETCH(QCborValue, archivedType);
+    QCborMap cbor{{0, u"BrevantoRelatedContent"_s}, {u"title"_s, u"t"_s}};
+    if (!archivedType.isInvalid())
+        cbor[u"imageType"_s] = archivedType;
+    const auto content = BrevantoFields::record<BrevantoRelatedContent>(unarchived(cbor.toCborValue().toCbor()));
+    QCOMPARE(content->title(), u"t"_s);
+    QTEST(content->imageType(), "imageType");
+}
+
+void TestBrevantoMatchArchive::galleryIsMadeOnce()
+{
+    auto match = std::make_shared<BrevantoMatch>();
+    match->setAdCatalogue(QVariantList{catalogueImage()});
+    match->setRelatedAdImages(QVariantList{u"r"_s});
+    match->setImageGallery(QVariantList{u"g"_s});
+    match->setCaptionImages(QVariantList{captionedImage()});
+    match->setImages(QVariantList{u"i1"_s, u"i2"_s});
+    const QVariantList gallery{u"i1"_s, u"i2"_s, match->captionImages().toList()[0],
+                               u"g"_s,  u"r"_s,  match->adCatalogue().toList()[0]};
+    QCOMPARE(match->galleryDataSource(), gallery);
+
+    match->setImages(QVariantList{u"other"_s});
+    QCOMPARE(match->galleryDataSource(), gallery);
+
+    auto noLists = std::make_shared<BrevantoMatch>();
+    noLists->setImages(5);
+    noLists->setImageGallery(u"text"_s);
+    QVERIFY(noLists->galleryDataSource().isEmpty());
+    noLists->setImages(QVariantList{u"late"_s});
+    QVERIFY(noLists->galleryDataSource().isEmpty());
+}
+
+void TestBrevantoMatchArchive::sourceTitle_data()
+{
+    QTest::addColumn<QVariant>("displaySource");
+    QTest::addColumn<QVariant>("source");
+    QTest::addColumn<QVariant>("title");
+    QTest::newRow("display source") << QVariant(u"d"_s) << QVariant(u"s"_s) << QVariant(u"d"_s);
+    QTest::newRow("empty") << QVariant(u""_s) << QVariant(u"s"_s) << QVariant(u"s"_s);
+    QTest::newRow("null") << QVariant() << QVariant(u"s"_s) << QVariant(u"s"_s);
+    QTest::newRow("both null") << QVariant() << QVariant() << QVariant();
+}
+
+void TestBrevantoMatchArchive::sourceTitle()
+{
+    QFETCH(QVariant, displaySource);
+    QFETCH(QVariant, source);
+    BrevantoMatch match;
+    match.setDisplay_source(displaySource);
+    match.setSource(source);
+    QTEST(match.sourceTitle(), "title");
+}
+
+void TestBrevantoMatchArchive::grouping_data()
+{
+    QTest::addColumn<QVariantList>("addresses");
+    QTest::addColumn<QStringList>("groups"); // address=positions of the matches
+    QTest::newRow("none") << QVariantList() << QStringList();
+    QTest::newRow("A B A") << QVariantList{u"A"_s, u"B"_s, u"A"_s} << QStringList{u"A=0,2"_s, u"B=1"_s};
+    QTest::newRow("without address") << QVariantList{QVariant(), u""_s, u"B"_s} << QStringList{u"B=2"_s};
+    QTest::newRow("all without") << QVariantList{QVariant(), u""_s, QVariantList{1}} << QStringList();
+    QTest::newRow("exact text") << QVariantList{u"a"_s, u"A"_s, u"a/"_s} << QStringList{u"a=0"_s, u"A=1"_s, u"a/=2"_s};
+    QTest::newRow("number") << QVariantList{3, u"3"_s} << QStringList{u"3=0,1"_s};
+}
+
+void TestBrevantoMatchArchive::grouping()
+{
+    QFETCH(QVariantList, addresses);
+    BrevantoMatchList matches;
+    for (const QVariant &address : addresses)
+        matches.append(matchWithImage(address));
+    QStringList groups;
+    for (const auto &group : BrevantoMatchGroup::groupMatchesByAdImageUrl(matches)) {
+        QStringList positions;
+        for (const auto &match : group->listOfMatches())
+            positions.append(QString::number(matches.indexOf(match)));
+        groups.append(group->adImageUrl() + u'=' + positions.join(u','));
+    }
+    QTEST(groups, "groups");
+}
+
+void TestBrevantoMatchArchive::aGroupComesBack()
+{
+    const auto group =
+        BrevantoMatchGroup::initWithMatches({matchWithImage(u"A"_s, u"1"_s), matchWithImage(u"A"_s, u"2"_s)}, u"A"_s);
+    const auto read = readBack(group);
+    QCOMPARE(read->adImageUrl(), u"A"_s);
+    QCOMPARE(read->listOfMatches().size(), 2);
+    QCOMPARE(read->listOfMatches()[0]->title(), u"1"_s);
+    QCOMPARE(read->listOfMatches()[1]->title(), u"2"_s);
+
+    const auto empty = readBack(std::make_shared<BrevantoMatchGroup>());
+    QVERIFY(empty->adImageUrl().isNull());
+    QVERIFY(empty->listOfMatches().isEmpty());
+}
+
+void TestBrevantoMatchArchive::damagedGroups_data()
+{
+    const QCborMap match{{0, u"BrevantoMatch"_s}, {u"title"_s, u"kept"_s}};
+    const QCborMap image{{0, u"BrevantoCaptionedImage"_s}};
+    QTest::addColumn<QCborMap>("fields");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<int>("matchCount");
+    QTest::newRow("nothing") << QCborMap() << QString() << 0;
+    QTest::newRow("null list") << QCborMap{{u"adImageUrl"_s, u"A"_s}, {u"listOfMatches"_s, nullptr}} << u"A"_s << 0;
+    QTest::newRow("no list") << QCborMap{{u"adImageUrl"_s, u"A"_s}, {u"listOfMatches"_s, match}} << u"A"_s << 0;
+    QTest::newRow("other things in the list")
+        << QCborMap{{u"adImageUrl"_s, 5}, {u"listOfMatches"_s, QCborArray{1, match, nullptr, image, u"x"_s, match}}}
+        << u"5"_s << 2;
+    QTest::newRow("no address") << QCborMap{{u"adImageUrl"_s, QCborArray()}, {u"listOfMatches"_s, QCborArray{match}}}
+                                << QString() << 1;
+}
+
+void TestBrevantoMatchArchive::damagedGroups()
+{
+    QFETCH(QCborMap, fields);
+    fields[0] = u"BrevantoMatchGroup"_s;
+    const auto group = BrevantoFields::record<BrevantoMatchGroup>(unarchived(fields.toCborValue().toCbor()));
+    QTEST(group->adImageUrl(), "address");
+    QTEST(int(group->listOfMatches().size()), "matchCount");
+    for (const auto &match : group->listOfMatches())
+        QCOMPARE(match->title(), u"kept"_s);
+}
+
+QTEST_APPLESS_MAIN(TestBrevantoMatchArchive)
+#include "tst_BrevantoMatchArchive.moc"

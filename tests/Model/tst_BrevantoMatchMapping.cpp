@@ -1,0 +1,324 @@
+#include "Brevanto/Model/BrevantoFields.h"
+#include "Model/MatchFields.h"
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QJsonObject parsed(const QByteArray &json)
+{
+    QJsonParseError error;
+    const QJsonObject object = QJsonDocument::fromJson(json, &error).object();
+    if (error.error != QJsonParseError::NoError)
+        qFatal("%s in %s", qPrintable(error.errorString()), json.constData());
+    return object;
+}
+
+std::shared_ptr<BrevantoMatch> matchFrom(const QJsonObject &object)
+{
+    return BrevantoMatch::populateMatchesUsingArray(QJsonArray{object}).value().value(0);
+}
+
+} // namespace
+
+class TestBrevantoMatchMapping : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void validity_data();
+    void validity();
+    void fields_data();
+    void fields();
+    void everyKeyFillsItsField();
+    void clipAddressIsThatOfTheExpression();
+    void countOfRelatedContentMarksTheTimeOfParsing_data();
+    void countOfRelatedContentMarksTheTimeOfParsing();
+    void inputs();
+    void text_data();
+    void text();
+    void number_data();
+    void number();
+};
+
+void TestBrevantoMatchMapping::validity_data()
+{
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("absent") << QJsonValue(QJsonValue::Undefined) << false;
+    QTest::newRow("null") << QJsonValue() << false;
+    QTest::newRow("empty text") << QJsonValue(u""_s) << false;
+    QTest::newRow("blank") << QJsonValue(u" "_s) << true;
+    QTest::newRow("the word null") << QJsonValue(u"null"_s) << true;
+    QTest::newRow("0") << QJsonValue(0) << true;
+    QTest::newRow("false") << QJsonValue(false) << true;
+    QTest::newRow("empty list") << QJsonValue(QJsonArray()) << true;
+    QTest::newRow("empty object") << QJsonValue(QJsonObject()) << true;
+}
+
+void TestBrevantoMatchMapping::validity()
+{
+    QFETCH(QJsonValue, value);
+    QTEST(BrevantoBaseEntity::isValid(value), "valid");
+}
+
+void TestBrevantoMatchMapping::fields_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *name, const QByteArray &json, const QByteArray &expected) {
+        QTest::newRow(name) << json << expected;
+    };
+
+    row("nothing", "{}", "{}");
+    row("nulls and empty texts",
+        R"({"title": null, "id": null, "author": "", "authors": "", "tag": "", "images": null, "imageGallery": null,
+            "relatedVideos": null, "relatedArticleLinks": "", "image_catalouge": null, "app_img": "", "bg_img": null,
+            "theme": "", "ad_rel_img": "", "xPercent": null, "weblinkThumb": "", "relatedContentIdentifiers": null})",
+        "{}");
+    row("values of any kind are kept as sent",
+        R"({"title": 7, "tag": {"a": [1, null, "x"]}, "show_ads": true, "weblink": [1.5], "ph_number": 123456789012,
+            "description": false, "app_img": 3})",
+        R"({"title": 7, "tagFolder": {"a": [1, null, "x"]}, "shouldDisplayBannerAd": true, "weblink": [1.5],
+            "phoneNumber": 123456789012, "desc": false, "backgroundImageUrl": 3})");
+    row("keys that are looked at and not used",
+        R"({"dislikeCount": 1, "likeCount": 2, "currentUserLike": true, "external_ad": 1, "comments": ["a"],
+            "questions": ["b"], "isQuiz": 1, "historyDate": "x"})",
+        "{}");
+
+    row("author", R"({"author": "A", "authors": "B"})", R"({"author": "A"})");
+    row("author list", R"({"author": ["A", "B"]})", R"({"author": "A"})");
+    row("empty author list", R"({"author": [], "authors": "B"})", R"({"author": "B"})");
+    row("empty author, list of authors", R"({"author": "", "authors": ["B", "C"]})", R"({"author": "B"})");
+    row("author of another kind", R"({"author": 5, "authors": {"a": 1}})", "{}");
+
+    row("id text", R"({"id": "00x"})", R"({"ID": "00x"})");
+    row("id empty text", R"({"id": ""})", R"({"ID": ""})");
+    row("id number", R"({"id": 42})", R"({"ID": "42"})");
+    row("id large number", R"({"id": 9007199254740993})", R"({"ID": "9007199254740993"})");
+    row("id fraction", R"({"id": 4.25})", R"({"ID": "4.25"})");
+    row("id of another kind", R"({"id": [1]})", "{}");
+
+    row("images, objects", R"({"images": [{"url": "a"}, {"url": ""}, {"x": 1}, "b", null, {"url": 4}]})",
+        R"({"images": ["a", 4], "thumbnailUrl": "a"})");
+    row("images, texts", R"({"images": ["a", "", null, "b", 3]})", R"({"images": ["a", "b", 3], "thumbnailUrl": "a"})");
+    row("images, first of another kind", R"({"images": [1, "a"]})", R"({"images": []})");
+    row("images, empty list", R"({"images": []})", R"({"images": []})");
+    row("images, one text", R"({"images": "a"})", R"({"images": ["a"], "thumbnailUrl": "a"})");
+    row("images, empty text", R"({"images": ""})", R"({"images": [""], "thumbnailUrl": ""})");
+    row("images of another kind", R"({"images": 5})", "{}");
+
+    row("image gallery", R"({"imageGallery": ["a", "", null, 3]})",
+        R"({"imageGallery": ["a", 3], "thumbnailUrl": "a"})");
+    row("image gallery of another kind", R"({"imageGallery": "a"})", "{}");
+    row("captions", R"({"imageGalleryCaption": [{"url": "a", "caption": "c"}, {"caption": ""}, null, "", "text"]})",
+        R"({"captionImages": [{"class": "BrevantoCaptionedImage", "imageURL": "a", "captionText": "c"},
+            {"class": "BrevantoCaptionedImage"}, {"class": "BrevantoCaptionedImage"}], "thumbnailUrl": "a"})");
+
+    row("thumbnail, first key wins", R"({"weblinkThumb": "1", "thumb_url": "2", "thumbUrl": "3"})",
+        R"({"thumbnailUrl": "1"})");
+    row("thumbnail, second key", R"({"weblinkThumb": "", "thumb_url": "2", "thumbUrl": "3"})",
+        R"({"thumbnailUrl": "2"})");
+    row("thumbnail, third key before the lists", R"({"thumbUrl": "3", "imageGallery": ["g"]})",
+        R"({"thumbnailUrl": "3", "imageGallery": ["g"]})");
+    row("thumbnail, gallery before images", R"({"imageGallery": ["g"], "images": ["i"]})",
+        R"({"thumbnailUrl": "g", "imageGallery": ["g"], "images": ["i"]})");
+    row("thumbnail, images when the gallery is empty", R"({"imageGallery": [], "images": ["i"]})",
+        R"({"thumbnailUrl": "i", "imageGallery": [], "images": ["i"]})");
+    row("thumbnail, captioned image without address", R"({"imageGalleryCaption": [{"caption": "c"}]})",
+        R"({"captionImages": [{"class": "BrevantoCaptionedImage", "captionText": "c"}]})");
+
+    row("related videos",
+        R"({"date": "today", "relatedVideos": [{"url": "http://p?VideoID=clip7.flv&x=1", "thumbUrl": "t", "title": "T",
+            "date": "other"}, {"url": "a\nb"}, {}, null, ""]})",
+        R"({"date": "today", "vids": [
+            {"class": "BrevantoRelatedContent", "contentUrl": "clip7.mp4", "thumbnailUrl": "t", "title": "T",
+             "date": "today", "imageType": 0},
+            {"class": "BrevantoRelatedContent", "contentUrl": "ab", "date": "today", "imageType": 0},
+            {"class": "BrevantoRelatedContent", "date": "today", "imageType": 0}]})");
+    row("related videos, empty list", R"({"relatedVideos": []})", R"({"vids": []})");
+    row("related videos of another kind", R"({"relatedVideos": {"url": "a"}})", "{}");
+
+    row("related links",
+        R"({"date": "d", "relatedArticleLinks": [
+            {"url": "x POLLS: ads:", "thumbUrl": "t", "title": "T", "description": "B"}, {"url": "Ads:1 news:"},
+            {"url": "http://NEWS:2 quiz:"}, {"url": "quiz:3"}, {"url": "http://plain"}, {"url": 4}]})",
+        R"({"date": "d",
+            "relatedPolls": [{"class": "BrevantoRelatedContent", "contentUrl": "x POLLS: ads:", "thumbnailUrl": "t",
+                "title": "T", "body": "B", "date": "d", "imageType": 0}],
+            "relatedAds": [{"class": "BrevantoRelatedContent", "contentUrl": "Ads:1 news:", "date": "d", "imageType": 0}],
+            "relatedQuiz": [{"class": "BrevantoRelatedContent", "contentUrl": "quiz:3", "date": "d", "imageType": 0}],
+            "relatedArticles": [
+                {"class": "BrevantoRelatedContent", "contentUrl": "http://NEWS:2 quiz:", "date": "d", "imageType": 0},
+                {"class": "BrevantoRelatedContent", "contentUrl": "http://plain", "date": "d", "imageType": 0},
+                {"class": "BrevantoRelatedContent", "contentUrl": 4, "date": "d", "imageType": 0}]})");
+    row("related links without address",
+        R"({"relatedArticleLinks": [{"url": ""}, {"url": null}, {"title": "T"}, null, "news:", 1]})",
+        R"({"relatedArticles": [], "relatedPolls": [], "relatedAds": [], "relatedQuiz": []})");
+    row("related links of another kind", R"({"relatedArticleLinks": "news:"})", "{}");
+    row("related audios", R"({"relatedAudios": [{"u": 1}, "", null, "b"]})", R"({"relatedAudios": [{"u": 1}, "b"]})");
+
+    row("ad image", R"({"app_img": "a", "bg_img": "b"})", R"({"backgroundImageUrl": "a"})");
+    row("ad image, second key", R"({"app_img": "", "bg_img": "b"})", R"({"backgroundImageUrl": "b"})");
+    row("theme", R"({"theme": "00AAFF"})", R"({"adthemeColorString": "0x00AAFF"})");
+    row("theme with prefix", R"({"theme": "#00AAFF"})", R"({"adthemeColorString": "0x#00AAFF"})");
+    row("theme of another kind", R"({"theme": 255})", "{}");
+    row("related ad images", R"({"ad_rel_img": "a.jpg, b.jpg,,"})",
+        R"({"relatedAdImages": ["a.jpg", " b.jpg", "", ""]})");
+    row("related ad images of another kind", R"({"ad_rel_img": ["a"]})", "{}");
+    row("catalogue",
+        R"({"image_catalouge": [{"img": "i", "caption": "c", "url": "u"}, {"img": "", "url": null}, null]})",
+        R"({"adCatalogue": [{"class": "BrevantoCatalogueImage", "imageURL": "i", "captionText": "c", "buyURL": "u"},
+            {"class": "BrevantoCatalogueImage"}]})");
+    row("empty catalogue", R"({"image_catalouge": []})", "{}");
+    row("catalogue without a valid entry", R"({"image_catalouge": [null]})", R"({"adCatalogue": []})");
+
+    row("source", R"({"source": "s", "display_source": ""})", R"({"source": "s"})");
+    row("source to display", R"({"source": "s", "display_source": "d"})", R"({"source": "d", "display_source": "d"})");
+    row("position", R"({"position": 3})", R"({"nativeAdPosition": 3})");
+    row("position of another kind", R"({"position": "3"})", "{}");
+    row("texts of another kind", R"({"is_live": 1, "title_color": [1], "share_url": {"a": 1}})", "{}");
+    row("texts", R"({"is_live": "1", "title_color": "red", "share_url": "u"})",
+        R"({"isSpecialArticle": "1", "titleColor": "red", "shareURL": "u"})");
+    row("identifiers", R"({"relatedContentIdentifiers": ["xquizpolls", "polls", "", 1]})",
+        R"({"hasRelatedQuiz": true, "hasRelatedPoll": true})");
+    row("identifiers without effect", R"({"relatedContentIdentifiers": ["QUIZ", "poll", "news"]})", "{}");
+    row("quiz hides polls", R"({"relatedContentIdentifiers": ["polls and quiz"]})", R"({"hasRelatedQuiz": true})");
+    row("percentages", R"({"xPercent": 40.5, "yPercent": 0})", R"({"xPercent": 40.5, "yPercent": 0})");
+    row("percentages of another kind", R"({"xPercent": "40", "yPercent": true})", "{}");
+}
+
+void TestBrevantoMatchMapping::fields()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QByteArray, expected);
+    QCOMPARE(filledFields(*matchFrom(parsed(json))), parsed(expected));
+}
+
+// Keys that share a beginning are told apart, whatever else the object holds.
+void TestBrevantoMatchMapping::everyKeyFillsItsField()
+{
+    const QByteArray json = R"({
+        "!": 1, "title": "1", "id": "2", "date": "3", "description": "4", "weblink": "5", "author": "6",
+        "category": "7", "app_img": "8", "vid_urls": "9", "aud_url": "10", "commerce_url": "11", "ad_reviews_url": "12",
+        "url": "13", "ph_number": "14", "theme": "15", "ad_rel_img": "16", "thumb_url": "17", "tag": "18",
+        "images": ["19"], "imageGallery": ["20"], "relatedAudios": ["21"], "display_source": "22", "position": 23,
+        "share_url": "24", "show_ads": 25, "is_live": "26", "title_color": "27", "xPercent": 28, "yPercent": 29,
+        "section": "30", "language": "31", "Title": "x", "titles": "x", "ur": "x", "~": 1, "\u00e4": 1, "": 1,
+        "\ud83d\ude00": 2})";
+    const QByteArray expected = R"({
+        "title": "1", "ID": "2", "date": "3", "desc": "4", "weblink": "5", "author": "6", "category": "7",
+        "backgroundImageUrl": "8", "youTubeVideoUrl": "9", "audioUrl": "10", "buyUrl": "11", "reviewUrl": "12",
+        "websiteUrl": "13", "phoneNumber": "14", "adthemeColorString": "0x15", "relatedAdImages": ["16"],
+        "thumbnailUrl": "17", "tagFolder": "18", "images": ["19"], "imageGallery": ["20"], "relatedAudios": ["21"],
+        "display_source": "22", "source": "22", "nativeAdPosition": 23, "shareURL": "24", "shouldDisplayBannerAd": 25,
+        "isSpecialArticle": "26", "titleColor": "27", "xPercent": 28, "yPercent": 29, "section": "30",
+        "language": "31"})";
+    QCOMPARE(filledFields(*matchFrom(parsed(json))), parsed(expected));
+}
+
+void TestBrevantoMatchMapping::clipAddressIsThatOfTheExpression()
+{
+    static const QRegularExpression player(u".*VideoID=(.*).flv.*"_s, QRegularExpression::CaseInsensitiveOption);
+    const QStringList pieces{u"VideoID="_s, u"videoid="_s, u".flv"_s, u"flv"_s, u"."_s, u"FLV"_s, u"x"_s};
+    QRandomGenerator random(1);
+    for (int round = 0; round < 2000; ++round) {
+        QString address;
+        for (int piece = random.bounded(1, 7); piece > 0; --piece)
+            address += pieces[random.bounded(pieces.size())];
+        const QJsonObject video{{u"url"_s, address}};
+        const auto match = matchFrom({{u"relatedVideos"_s, QJsonArray{video}}});
+        const QString content = described(match->vids())[0][u"contentUrl"].toString();
+        QCOMPARE(content, QString(address).replace(player, u"\\1.mp4"_s));
+    }
+}
+
+void TestBrevantoMatchMapping::countOfRelatedContentMarksTheTimeOfParsing_data()
+{
+    QTest::addColumn<QJsonValue>("count");
+    QTest::addColumn<bool>("marked");
+    QTest::newRow("number") << QJsonValue(3) << true;
+    QTest::newRow("zero") << QJsonValue(0) << true;
+    QTest::newRow("text") << QJsonValue(u"3"_s) << false;
+    QTest::newRow("null") << QJsonValue() << false;
+}
+
+void TestBrevantoMatchMapping::countOfRelatedContentMarksTheTimeOfParsing()
+{
+    QFETCH(QJsonValue, count);
+    QFETCH(bool, marked);
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    const auto match = matchFrom({{u"relatedcontentcount"_s, count}});
+    const QDateTime after = QDateTime::currentDateTimeUtc();
+
+    QCOMPARE(match->downloadedTime().isValid(), marked);
+    QVERIFY(!match->relatedItemsCount().isValid());
+    if (marked) {
+        QCOMPARE_GE(match->downloadedTime().toDateTime(), before);
+        QCOMPARE_LE(match->downloadedTime().toDateTime(), after);
+    }
+}
+
+void TestBrevantoMatchMapping::inputs()
+{
+    QVERIFY(!BrevantoMatch::populateMatchesUsingArray(QJsonValue()));
+    QVERIFY(!BrevantoMatch::populateMatchesUsingArray(QJsonValue(QJsonValue::Undefined)));
+    QVERIFY(!BrevantoMatch::populateMatchesUsingArray(u"matches"_s));
+    QCOMPARE(BrevantoMatch::populateMatchesUsingArray(QJsonArray())->size(), 0);
+
+    const QJsonArray mixed{QJsonObject{{u"title"_s, u"a"_s}}, QJsonObject(), 5, QJsonValue(),
+                           QJsonObject{{u"title"_s, u"b"_s}}};
+    const BrevantoMatchList matches = *BrevantoMatch::populateMatchesUsingArray(mixed);
+    QCOMPARE(matches.size(), 5);
+    QCOMPARE(matches[0]->title(), u"a"_s);
+    for (const int index : {1, 2, 3})
+        QCOMPARE(filledFields(*matches[index]), QJsonObject());
+    QCOMPARE(matches[4]->title(), u"b"_s);
+}
+
+void TestBrevantoMatchMapping::text_data()
+{
+    QTest::addColumn<QVariant>("field");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("null") << QVariant() << QString();
+    QTest::newRow("text") << QVariant(u" a "_s) << u" a "_s;
+    QTest::newRow("integer") << QVariant(qint64(-42)) << u"-42"_s;
+    QTest::newRow("fraction") << QVariant(0.1) << u"0.1"_s;
+    QTest::newRow("large") << QVariant(1e21) << u"1000000000000000000000"_s;
+    QTest::newRow("bool") << QVariant(true) << u"true"_s;
+    QTest::newRow("list") << QVariant(QVariantList{1}) << QString();
+}
+
+void TestBrevantoMatchMapping::text()
+{
+    QFETCH(QVariant, field);
+    QTEST(BrevantoFields::text(field), "shown");
+}
+
+void TestBrevantoMatchMapping::number_data()
+{
+    QTest::addColumn<QVariant>("field");
+    QTest::addColumn<double>("value");
+    QTest::newRow("null") << QVariant() << qQNaN();
+    QTest::newRow("integer") << QVariant(qint64(7)) << 7.0;
+    QTest::newRow("fraction") << QVariant(40.5) << 40.5;
+    QTest::newRow("text") << QVariant(u"7"_s) << qQNaN();
+    QTest::newRow("bool") << QVariant(true) << qQNaN();
+}
+
+void TestBrevantoMatchMapping::number()
+{
+    QFETCH(QVariant, field);
+    QTEST(BrevantoFields::number(field).value_or(qQNaN()), "value");
+}
+
+QTEST_APPLESS_MAIN(TestBrevantoMatchMapping)
+#include "tst_BrevantoMatchMapping.moc"
