@@ -1,12 +1,3 @@
 #pragma once
 
-#include <QtGlobal>
-
-// Marks what a host application may use.
-#if defined(BREVANTO_STATIC)
-#define BREVANTO_EXPORT
-#elif defined(BREVANTO_BUILDING)
-#define BREVANTO_EXPORT Q_DECL_EXPORT
-#else
-#define BREVANTO_EXPORT Q_DECL_IMPORT
-#endif
+#include "Platform/Foundation/Export.h"
