@@ -4,6 +4,7 @@
 #include "Platform/Foundation/DispatchQueue.h"
 #include "support/TestImages.h"
 
+#include <QGuiApplication>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTest>
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void freezesWhenStopped();
     void keepsTheNewestFrameOnly();
     void goesWhileRunning();
+    void leavesTheCameraInTheBackground();
 
 private:
     void show(const std::shared_ptr<CaptureDevice> &device, CaptureVideoGravity gravity);
@@ -195,6 +197,22 @@ void tst_CapturePreview::goesWhileRunning()
     frames(filled(QColor(255, 0, 0)));
     QTRY_VERIFY(!camera->frames);
     QCoreApplication::processEvents();
+}
+
+void tst_CapturePreview::leavesTheCameraInTheBackground()
+{
+    const auto camera = std::make_shared<FakeCamera>();
+    show(camera, CaptureVideoGravity::ResizeAspectFill);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationSuspended);
+    QVERIFY(!camera->frames);
+    QVERIFY(m_session->isRunning());
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    QVERIFY(camera->frames);
+
+    m_session->stopRunning();
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationSuspended);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    QVERIFY(!camera->frames);
 }
 
 QTEST_MAIN(tst_CapturePreview)
