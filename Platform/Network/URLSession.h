@@ -10,7 +10,10 @@
 #include <memory>
 #include <optional>
 
-namespace Platform {
+class QThread;
+
+namespace Platform
+{
 
 struct URLRequest {
     QUrl url;
@@ -22,7 +25,17 @@ struct URLRequest {
 
 // Why no response came. A response of any HTTP status is no error.
 struct URLError {
-    enum class Code { BadURL, UnsupportedURL, CannotConnect, TimedOut, ConnectionLost, TooManyRedirects, TooLarge, Secure, Unknown };
+    enum class Code {
+        BadURL,
+        UnsupportedURL,
+        CannotConnect,
+        TimedOut,
+        ConnectionLost,
+        TooManyRedirects,
+        TooLarge,
+        Secure,
+        Unknown
+    };
     Code code = Code::Unknown;
     QString description;
 };
@@ -33,30 +46,33 @@ struct URLResponse {
     QHash<QByteArray, QByteArray> headers; // names in lower case
 };
 
-// Sends requests over http and https from a thread of its own.
+// Sends requests over http and https from a thread of its own. Follows redirects to these two, not from https to http.
+// Keeps no cookies, credentials or responses.
 class URLSession
 {
 public:
-    // Exactly one of data and error is present. Runs on the session's thread.
+    // Exactly one of data and error is present; response comes with data. Runs on the session's thread, never before
+    // dataTask has returned.
     using Completion = std::function<void(std::optional<QByteArray> data, std::optional<URLResponse> response,
                                           std::optional<URLError> error)>;
     struct Configuration {
-        // A longer body is cut off with TooLarge.
+        // A longer body, counted after decompression, is cut off with TooLarge.
         qint64 maximumBodySize = 64 * 1024 * 1024;
     };
 
     explicit URLSession(const Configuration &configuration);
-    // Ends what is still running, without calling completions.
+    // Ends what is still running, without calling completions; waits for a completion that runs right now. May be
+    // called from a completion.
     ~URLSession();
 
-    // Starts the request. From any thread.
+    // Starts the request. From any thread. Its time-out bounds the whole wait for the complete response.
     void dataTask(const URLRequest &request, Completion completion);
 
 private:
     Q_DISABLE_COPY_MOVE(URLSession)
     class Worker;
-    std::unique_ptr<class QThread> m_thread;
-    Worker *m_worker;
+    std::unique_ptr<QThread> m_thread;
+    Worker *m_worker; // lives on the thread and goes with it
 };
 
 } // namespace Platform

@@ -1,0 +1,86 @@
+#include "Platform/Network/URLSession.h"
+
+#include "Platform/Network/URLSessionTask.h"
+
+#include <QNetworkAccessManager>
+#include <QThread>
+#include <QThreadPool>
+
+namespace Platform
+{
+
+class URLSession::Worker final : public QObject
+{
+public:
+    explicit Worker(const Configuration &configuration)
+        : m_configuration(configuration)
+    {
+    }
+    // The replies of the tasks belong to the network access manager.
+    ~Worker() override { qDeleteAll(tasks()); }
+
+    void open() { m_network = std::make_unique<QNetworkAccessManager>(); }
+
+    void start(const URLRequest &request, Completion completion)
+    {
+        if (m_isClosed)
+            return;
+        auto *task = new URLSessionTask(std::move(completion), m_configuration.maximumBodySize, this);
+        task->start(request, *m_network);
+    }
+
+    void close()
+    {
+        m_isClosed = true;
+        for (URLSessionTask *task : tasks())
+            task->cancel();
+    }
+
+private:
+    QList<URLSessionTask *> tasks() const
+    {
+        QList<URLSessionTask *> result; // there are no other children
+        for (QObject *child : children())
+            result.append(static_cast<URLSessionTask *>(child));
+        return result;
+    }
+
+    const Configuration m_configuration;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    bool m_isClosed = false;
+};
+
+URLSession::URLSession(const Configuration &configuration)
+    : m_thread(std::make_unique<QThread>())
+    , m_worker(new Worker(configuration))
+{
+    m_thread->setObjectName(QStringLiteral("URLSession"));
+    m_worker->moveToThread(m_thread.get());
+    QObject::connect(m_thread.get(), &QThread::started, m_worker, &Worker::open);
+    QObject::connect(m_thread.get(), &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread->start();
+}
+
+URLSession::~URLSession()
+{
+    const bool isInCompletion = QThread::currentThread() == m_thread.get();
+    if (isInCompletion)
+        m_worker->close();
+    m_thread->quit();
+    if (!isInCompletion) {
+        m_thread->wait();
+        return;
+    }
+    // The thread cannot wait for itself: somebody else does.
+    QThreadPool::globalInstance()->start([thread = std::shared_ptr<QThread>(std::move(m_thread))] { thread->wait(); });
+}
+
+void URLSession::dataTask(const URLRequest &request, Completion completion)
+{
+    QMetaObject::invokeMethod(
+        m_worker,
+        [worker = m_worker, request, completion = std::move(completion)] { worker->start(request, completion); },
+        Qt::QueuedConnection);
+}
+
+} // namespace Platform
