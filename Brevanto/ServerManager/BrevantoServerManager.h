@@ -92,6 +92,8 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(BrevantoServerManager)
     void send(const ParamsObject &params);
+    static Platform::URLRequest postRequest(const QuillfernServerParamsObject &params);
+    static Platform::URLRequest getRequest(const QuillfernServerParamsObject &params);
 
     static constexpr auto multipartBoundary = "14737809831466499882746641449";
 

@@ -1,0 +1,116 @@
+#include "Brevanto/ServerManager/ServerResponses.h"
+
+#include <QJsonDocument>
+
+#include <cmath>
+
+namespace
+{
+
+// Undefined for bytes that do not decode, and for a list or a lone value, of which no answer that is accepted consists.
+QJsonValue decoded(const QByteArray &data)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(data);
+    return document.isObject() ? QJsonValue(document.object()) : QJsonValue(QJsonValue::Undefined);
+}
+
+// Without its fraction; of a text, the number it spells.
+double integerValue(const QJsonValue &value)
+{
+    return std::trunc(value.isString() ? value.toString().toDouble() : value.toDouble());
+}
+
+void complete(const QuillfernServerParamsObject &params, const BrevantoServerResult &result)
+{
+    if (params.completionBlock())
+        params.completionBlock()(result);
+}
+
+void fail(const QuillfernServerParamsObject &params, const std::optional<Platform::URLError> &error)
+{
+    if (params.failureBlock())
+        params.failureBlock()(error);
+}
+
+void handleServiceAnswer(BrevantoServerManager &manager, const QuillfernServerParamsObject &params,
+                         const QByteArray &data)
+{
+    const QJsonValue json = decoded(data);
+    if (!BrevantoServerManager::verifyTheJSONResponse(json))
+        return;
+    const auto result = BrevantoServerManager::parseObjectFromDict(json.toObject(), params.apiRequestCode());
+    manager.deleteOldObjectAndSaveNew(result, params);
+    complete(params, result);
+}
+
+void handleImage(BrevantoServerManager &manager, const QuillfernServerParamsObject &params, const QByteArray &data)
+{
+    const Platform::Image image = Platform::Image::withData(data);
+    if (image.isNull()) {
+        fail(params, std::nullopt);
+        return;
+    }
+    manager.deleteOldObjectAndSaveNew(image, params);
+    complete(params, image);
+}
+
+void handleShortURL(const QuillfernServerParamsObject &params, const QByteArray &data)
+{
+    const QJsonObject json = decoded(data).toObject();
+    if (integerValue(json[QLatin1String("status_code")]) == 200)
+        complete(params, BrevantoServerManager::parseObjectFromDict(json, BrevantoAPIRequestCodeShortURL));
+    else
+        complete(params, {});
+}
+
+void handleSeparateAnswer(BrevantoServerManager &manager, const QuillfernServerParamsObject &params,
+                          const QByteArray &data)
+{
+    switch (params.apiRequestCode()) {
+    case BrevantoAPIRequestCodeImage:
+        handleImage(manager, params, data);
+        break;
+    case BrevantoAPIRequestCodeShortURL:
+        handleShortURL(params, data);
+        break;
+    case BrevantoAPIRequestCodeLogUpload:
+        complete(params, {});
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+bool BrevantoServerManager::verifyTheJSONResponse(const QJsonValue &json)
+{
+    const QJsonValue code = json[QLatin1String("status")][QLatin1String("code")];
+    return code.isDouble() && integerValue(code) == 0;
+}
+
+void handleGetResponse(BrevantoServerManager &manager, const QuillfernServerParamsObject &params,
+                       const std::optional<QByteArray> &data, const std::optional<Platform::URLError> &error)
+{
+    if (data && !params.partialURL().isNull() && !error)
+        handleServiceAnswer(manager, params, *data);
+    else if (data && !params.separateURL().isNull() && !error)
+        handleSeparateAnswer(manager, params, *data);
+    else if (error)
+        fail(params, error);
+}
+
+void handlePostResponse(const QuillfernServerParamsObject &params, const std::optional<QByteArray> &data,
+                        const std::optional<Platform::URLError> &error)
+{
+    if (!data) {
+        if (error)
+            fail(params, error);
+        return;
+    }
+    const QJsonValue json = decoded(*data);
+    if (BrevantoServerManager::verifyTheJSONResponse(json))
+        complete(params, BrevantoServerManager::parseObjectFromDict(json.toObject(), params.apiRequestCode()));
+    else
+        fail(params, std::nullopt);
+}
