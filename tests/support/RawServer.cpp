@@ -1,0 +1,194 @@
+#include "support/RawServer.h"
+
+#include <QMutexLocker>
+#include <QPointer>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+namespace
+{
+
+QByteArray headOf(const RawServer::Answer &answer)
+{
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(answer.status) + " Status\r\n";
+    bool hasLength = false;
+    for (const auto &[name, value] : answer.headers) {
+        head += name + ": " + value + "\r\n";
+        hasLength = hasLength || name.toLower() == "content-length";
+    }
+    if (!hasLength)
+        head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
+    return head + "\r\n";
+}
+
+// Takes one complete request off the front of `received`; false when there is none yet.
+bool takeRequest(QByteArray &received, RawServer::Request &request)
+{
+    const qsizetype headSize = received.indexOf("\r\n\r\n") + 4;
+    if (headSize < 4)
+        return false;
+    const QList<QByteArray> lines = received.first(headSize - 4).split('\n');
+    request.headers.clear();
+    for (const QByteArray &line : lines.sliced(1)) {
+        const qsizetype colon = line.indexOf(':');
+        request.headers.insert(line.first(colon).toLower(), line.sliced(colon + 1).trimmed());
+    }
+    const qsizetype bodySize = request.headers.value("content-length").toLongLong();
+    if (received.size() < headSize + bodySize)
+        return false;
+    const QList<QByteArray> words = lines.first().split(' ');
+    request.method = words.value(0);
+    request.target = words.value(1);
+    request.raw = received.first(headSize + bodySize);
+    request.body = request.raw.sliced(headSize);
+    received.remove(0, request.raw.size());
+    return true;
+}
+
+} // namespace
+
+class RawServer::Listener final : public QObject
+{
+public:
+    explicit Listener(RawServer &owner)
+        : m_owner(owner)
+        , m_server(this)
+    {
+        connect(&m_server, &QTcpServer::newConnection, this, &Listener::accept);
+    }
+
+    quint16 listen()
+    {
+        m_server.listen(QHostAddress::LocalHost);
+        return m_server.serverPort();
+    }
+
+    void resume()
+    {
+        const auto stalled = std::exchange(m_stalled, {});
+        for (const auto &send : stalled)
+            send();
+    }
+
+private:
+    void accept()
+    {
+        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+            Request request;
+            {
+                const QMutexLocker lock(&m_owner.m_mutex);
+                request.connection = m_owner.m_connectionCount++;
+            }
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket, request, received = QByteArray()]() mutable {
+                received += socket->readAll();
+                while (takeRequest(received, request))
+                    answer(socket, request);
+            });
+        }
+    }
+
+    void answer(QTcpSocket *socket, const Request &request)
+    {
+        Handler handler;
+        {
+            const QMutexLocker lock(&m_owner.m_mutex);
+            m_owner.m_requests.append(request);
+            handler = m_owner.m_handler;
+        }
+        const Answer answer = handler(request);
+        const QByteArray head = headOf(answer);
+        const QByteArray all = head + answer.body;
+        qsizetype size = all.size();
+        if (answer.stage == Stage::Nothing)
+            size = 0;
+        else if (answer.stage == Stage::Head)
+            size = head.size();
+        else if (answer.stage == Stage::HalfBody)
+            size = head.size() + answer.body.size() / 2;
+        socket->write(all.first(size));
+        if (answer.then == Then::Close)
+            socket->disconnectFromHost();
+        else if (size < all.size())
+            m_stalled.append([socket = QPointer<QTcpSocket>(socket), rest = all.sliced(size)] {
+                if (socket)
+                    socket->write(rest);
+            });
+    }
+
+    RawServer &m_owner;
+    QTcpServer m_server;
+    QList<std::function<void()>> m_stalled;
+};
+
+RawServer::Answer RawServer::Answer::json(const QByteArray &body)
+{
+    return {.headers = {{"Content-Type", "application/json"}}, .body = body};
+}
+
+RawServer::Answer RawServer::Answer::redirect(const QByteArray &location, int status)
+{
+    return {.status = status, .headers = {{"Location", location}}};
+}
+
+RawServer::Answer RawServer::Answer::stall(Stage stage)
+{
+    return {.body = QByteArray(64, 'x'), .stage = stage};
+}
+
+RawServer::RawServer()
+    : m_listener(new Listener(*this))
+{
+    setAnswer({.status = 404});
+    m_listener->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_listener, &QObject::deleteLater);
+    m_thread.setObjectName(QStringLiteral("RawServer"));
+    m_thread.start();
+    QMetaObject::invokeMethod(
+        m_listener, [this] { m_port = m_listener->listen(); }, Qt::BlockingQueuedConnection);
+}
+
+RawServer::~RawServer()
+{
+    m_thread.quit();
+    m_thread.wait();
+}
+
+QString RawServer::url(const QString &path) const
+{
+    return QStringLiteral("http://127.0.0.1:%1%2").arg(QString::number(m_port), path);
+}
+
+void RawServer::setAnswer(const Answer &answer)
+{
+    setHandler([answer](const Request &) { return answer; });
+}
+
+void RawServer::setHandler(Handler handler)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_handler = std::move(handler);
+}
+
+void RawServer::resume()
+{
+    QMetaObject::invokeMethod(
+        m_listener, [this] { m_listener->resume(); }, Qt::QueuedConnection);
+}
+
+QList<RawServer::Request> RawServer::requests() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_requests;
+}
+
+int RawServer::requestCount() const
+{
+    return static_cast<int>(requests().size());
+}
+
+int RawServer::connectionCount() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_connectionCount;
+}

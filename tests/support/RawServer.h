@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QMutex>
+#include <QString>
+#include <QThread>
+
+#include <functional>
+#include <memory>
+
+// An HTTP server on loopback that keeps the raw bytes of each request and answers as told. It runs on a thread of its
+// own, so that the test's thread may block or look away. All calls are for the test's thread.
+class RawServer
+{
+public:
+    struct Request {
+        int connection = 0; // counted from 0 in order of arrival
+        QByteArray raw; // head and body as they came
+        QByteArray method;
+        QByteArray target; // path and query as they came
+        QHash<QByteArray, QByteArray> headers; // names in lower case
+        QByteArray body;
+    };
+
+    // How far an answer goes.
+    enum class Stage { Nothing, Head, HalfBody, Everything };
+    // What comes after that.
+    enum class Then { KeepOpen, Close };
+
+    struct Answer {
+        int status = 200;
+        QList<std::pair<QByteArray, QByteArray>> headers = {}; // "Content-Length" is added unless it is here
+        QByteArray body = {};
+        Stage stage = Stage::Everything; // with KeepOpen, anything less stalls until resume()
+        Then then = Then::KeepOpen;
+
+        static Answer json(const QByteArray &body);
+        static Answer redirect(const QByteArray &location, int status = 302);
+        static Answer stall(Stage stage = Stage::Nothing);
+    };
+    using Handler = std::function<Answer(const Request &)>; // runs on the server's thread
+
+    RawServer();
+    ~RawServer();
+
+    // "http://127.0.0.1:port" and the path.
+    QString url(const QString &path = QStringLiteral("/")) const;
+
+    // What all requests from now on get; at first, status 404.
+    void setAnswer(const Answer &answer);
+    void setHandler(Handler handler);
+
+    // Sends the rest of the answers that stalled.
+    void resume();
+
+    // The complete requests so far, in order of arrival. Wait for one with QTRY_COMPARE.
+    QList<Request> requests() const;
+    int requestCount() const;
+    int connectionCount() const;
+
+private:
+    class Listener;
+    friend class Listener;
+
+    QThread m_thread;
+    Listener *m_listener; // lives on the thread and goes with it
+    quint16 m_port = 0;
+    mutable QMutex m_mutex;
+    Handler m_handler;
+    QList<Request> m_requests;
+    int m_connectionCount = 0;
+};
