@@ -69,7 +69,8 @@ std::optional<AdFeatures> decoded(const QByteArray &bytes)
     }
     ad.features.descriptors = readMatrix(stream);
     ad.thumbnail = readMatrix(stream);
-    if (stream.status() != QDataStream::Ok || ad.features.descriptors.rows != points)
+    if (stream.status() != QDataStream::Ok || ad.features.descriptors.rows != points
+        || (points > 0 && ad.features.descriptors.cols != descriptorLength))
         return std::nullopt;
     return ad;
 }

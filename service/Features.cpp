@@ -12,7 +12,6 @@ namespace MatchService
 namespace
 {
 
-constexpr int descriptorLength = 128;
 constexpr int photoFeatureLimit = 800;
 constexpr int adFeatureLimit = 700;
 constexpr double contrastThreshold = 0.03;
@@ -21,7 +20,7 @@ constexpr double edgeThreshold = 12;
 constexpr double blurSigma = 2.0;
 constexpr double photoArea = 640.0 * 854.0;
 constexpr double adFrameSide = 300;
-constexpr std::array adIndexSides = {220.0, 300.0};
+constexpr std::array adIndexSides = {150.0, 220.0};
 constexpr double thumbnailSide = 64;
 
 double side(const cv::Size &size)

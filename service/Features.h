@@ -16,7 +16,9 @@ struct FeaturePoint {
     float angle = 0;
 };
 
-/// Local features of one image: one point and one row of 128 bytes each.
+constexpr int descriptorLength = 128;
+
+/// Local features of one image: one point and one row of `descriptorLength` bytes each.
 struct Features {
     std::vector<FeaturePoint> points;
     cv::Mat descriptors;

@@ -107,6 +107,8 @@ std::optional<Recognition> Recognizer::recognize(const cv::Mat &grey) const
         if (!evidence || !evidence->isEnough() || (best && best->inliers >= evidence->inliers))
             continue;
         best = Recognition{ad, evidence->inliers, evidence->correlation, evidence->coverage};
+        if (evidence->isBeyondDoubt())
+            break;
     }
     return best;
 }

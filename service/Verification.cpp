@@ -1,11 +1,11 @@
 #include "service/Verification.h"
 
 #include <opencv2/calib3d.hpp>
+#include <opencv2/core/hal/intrin.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <set>
 
 namespace MatchService
@@ -17,12 +17,15 @@ namespace
 constexpr float ratio = 0.85F;
 // Two features of an ad within this distance are the same detail seen at the two indexed sizes.
 constexpr float sameDetailDistance = 8;
-constexpr double inlierDistance = 8;
+constexpr double inlierDistance = 4;
 constexpr int fewestInliers = 6;
 constexpr double lowestCorrelation = 0.25;
 constexpr double lowestCoverage = 0.07;
 // Few inliers must look alike, and unlike ones be many: either alone happens by chance.
 constexpr double lowestWeight = 2.5;
+// No other ad comes near these.
+constexpr int inliersBeyondDoubt = 25;
+constexpr double correlationBeyondDoubt = 0.5;
 constexpr double fewestSeenPixels = 0.2;
 
 struct Pairs {
@@ -40,24 +43,36 @@ float squaredLength(const cv::Point2f &vector)
     return vector.dot(vector);
 }
 
+// A whole matrix of these is what a query spends most of its time on.
+int squaredDistance(const unsigned char *one, const unsigned char *two)
+{
+    cv::v_uint32x4 sum = cv::v_setzero_u32();
+    for (int i = 0; i < descriptorLength; i += cv::v_uint8x16::nlanes) {
+        const cv::v_uint8x16 difference = cv::v_absdiff(cv::v_load(one + i), cv::v_load(two + i));
+        sum += cv::v_dotprod_expand_fast(difference, difference);
+    }
+    return int(cv::v_reduce_sum(sum));
+}
+
 Pairs distinctivePairs(const AdFeatures &ad, const Features &photo)
 {
     Pairs pairs;
-    cv::Mat distances;
-    cv::batchDistance(photo.descriptors, ad.features.descriptors, distances, CV_32F, cv::noArray(), cv::NORM_L2SQR);
-    for (int row = 0; row < distances.rows; ++row) {
-        const float *line = distances.ptr<float>(row);
-        const int nearest = int(std::min_element(line, line + distances.cols) - line);
-        const cv::Point2f nearestPlace = place(ad.features.points[std::size_t(nearest)]);
-        float next = std::numeric_limits<float>::max();
-        for (int column = 0; column < distances.cols; ++column) {
-            if (line[column] >= next)
-                continue;
-            if (squaredLength(place(ad.features.points[std::size_t(column)]) - nearestPlace)
-                > sameDetailDistance * sameDetailDistance)
-                next = line[column];
-        }
-        if (line[nearest] > ratio * ratio * next)
+    const int count = ad.features.descriptors.rows;
+    std::vector<int> distances(static_cast<std::size_t>(count));
+    for (int row = 0; row < photo.descriptors.rows; ++row) {
+        for (int i = 0; i < count; ++i)
+            distances[std::size_t(i)] = squaredDistance(photo.descriptors.ptr(row), ad.features.descriptors.ptr(i));
+        const auto nearest = std::min_element(distances.begin(), distances.end());
+        const cv::Point2f nearestPlace = place(ad.features.points[std::size_t(nearest - distances.begin())]);
+        const float allowed = float(*nearest) / (ratio * ratio);
+        const auto isRival = [&](std::size_t i) {
+            return float(distances[i]) < allowed
+                && squaredLength(place(ad.features.points[i]) - nearestPlace) > sameDetailDistance * sameDetailDistance;
+        };
+        bool isDistinctive = true;
+        for (std::size_t i = 0; i < distances.size() && isDistinctive; ++i)
+            isDistinctive = !isRival(i);
+        if (!isDistinctive)
             continue;
         pairs.inAd.push_back(nearestPlace);
         pairs.inPhoto.push_back(place(photo.points[std::size_t(row)]));
@@ -107,6 +122,11 @@ double correlationOf(const AdFeatures &ad, const cv::Mat &preparedPhoto, const c
 }
 
 } // namespace
+
+bool Evidence::isBeyondDoubt() const
+{
+    return isEnough() && inliers >= inliersBeyondDoubt && correlation >= correlationBeyondDoubt;
+}
 
 bool Evidence::isEnough() const
 {

@@ -14,6 +14,8 @@ struct Evidence {
     double coverage = 0;
 
     bool isEnough() const;
+    /// So much that looking for a better ad is idle.
+    bool isBeyondDoubt() const;
 };
 
 /// Looks for one plane view of the ad in the photo. Nothing when the features allow none.
