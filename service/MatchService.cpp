@@ -141,7 +141,8 @@ HttpResponse Service::upload(const HttpRequest &request)
 
     QElapsedTimer timer;
     timer.start();
-    const QSemaphoreReleaser turn((m_cores->acquire(), m_cores.get()));
+    m_cores->acquire();
+    const QSemaphoreReleaser turn(m_cores.get());
     const GreyImage photo = readGreyImage(body.photo);
     if (!photo.fault.isNull())
         return refusal(400, photo.fault);
