@@ -25,8 +25,9 @@ public:
     {
         if (m_isClosed)
             return;
-        auto *task = new URLSessionTask(std::move(completion), m_configuration.maximumBodySize, this);
-        task->start(request, *m_network);
+        auto *task =
+            new URLSessionTask(request, std::move(completion), m_configuration.maximumBodySize, *m_network, this);
+        task->start();
     }
 
     void close()

@@ -27,25 +27,29 @@ std::optional<URLError> fault(const QUrl &url)
     return std::nullopt;
 }
 
-QNetworkRequest networkRequest(const URLRequest &request, qint64 maximumBodySize)
+QNetworkRequest networkRequest(const URLRequest &request)
 {
     QNetworkRequest result(request.url);
     for (auto header = request.headers.cbegin(); header != request.headers.cend(); ++header)
         result.setRawHeader(header.key(), header.value());
-    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    result.setMaximumRedirectsAllowed(maximumRedirects);
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // A well compressed body is no attack as long as it stays within what the session takes anyway.
-    result.setDecompressedSafetyCheckThreshold(maximumBodySize);
+    // Qt takes a well compressed body for an attack; here the size alone counts.
+    result.setDecompressedSafetyCheckThreshold(-1);
     return result;
+}
+
+int statusOf(const QNetworkReply &reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
 // Qt reports HTTP status 400 and up as errors, these among them.
 bool isStatusError(const QNetworkReply &reply)
 {
-    if (reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() < 400)
+    if (statusOf(reply) < 400)
         return false;
     switch (reply.error()) {
     case QNetworkReply::ContentAccessDenied:
@@ -85,12 +89,7 @@ URLError::Code errorCode(QNetworkReply::NetworkError error)
     case QNetworkReply::ProxyConnectionClosedError:
         return URLError::Code::ConnectionLost;
     case QNetworkReply::SslHandshakeFailedError:
-    case QNetworkReply::InsecureRedirectError:
         return URLError::Code::Secure;
-    case QNetworkReply::TooManyRedirectsError:
-        return URLError::Code::TooManyRedirects;
-    case QNetworkReply::ProtocolUnknownError:
-        return URLError::Code::UnsupportedURL;
     default:
         return URLError::Code::Unknown;
     }
@@ -98,7 +97,7 @@ URLError::Code errorCode(QNetworkReply::NetworkError error)
 
 URLResponse responseOf(const QNetworkReply &reply)
 {
-    URLResponse response{reply.url(), reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), {}};
+    URLResponse response{reply.url(), statusOf(reply), {}};
     for (const QNetworkReply::RawHeaderPair &header : reply.rawHeaderPairs())
         response.headers.insert(header.first.toLower(), header.second);
     return response;
@@ -106,21 +105,24 @@ URLResponse responseOf(const QNetworkReply &reply)
 
 } // namespace
 
-URLSessionTask::URLSessionTask(URLSession::Completion completion, qint64 maximumBodySize, QObject *parent)
+URLSessionTask::URLSessionTask(const URLRequest &request, URLSession::Completion completion, qint64 maximumBodySize,
+                               QNetworkAccessManager &network, QObject *parent)
     : QObject(parent)
+    , m_request(request)
     , m_completion(std::move(completion))
     , m_maximumBodySize(maximumBodySize)
+    , m_network(network)
 {
 }
 
-void URLSessionTask::start(const URLRequest &request, QNetworkAccessManager &network)
+void URLSessionTask::start()
 {
-    if (const auto error = fault(request.url)) {
+    if (const auto error = fault(m_request.url)) {
         fail(*error);
         return;
     }
-    send(request, network);
-    Clock::current().after(request.timeout, this, [this] {
+    send();
+    Clock::current().after(m_request.timeout, this, [this] {
         fail({URLError::Code::TimedOut, QStringLiteral("The request timed out.")});
     });
 }
@@ -138,15 +140,15 @@ void URLSessionTask::cancel()
     deleteLater();
 }
 
-void URLSessionTask::send(const URLRequest &request, QNetworkAccessManager &network)
+void URLSessionTask::send()
 {
-    const QNetworkRequest outgoing = networkRequest(request, m_maximumBodySize);
-    if (request.method.isEmpty() || request.method == "GET")
-        m_reply.reset(network.get(outgoing));
-    else if (request.method == "POST")
-        m_reply.reset(network.post(outgoing, request.body));
+    const QNetworkRequest outgoing = networkRequest(m_request);
+    if (m_request.method.isEmpty() || m_request.method == "GET")
+        m_reply.reset(m_network.get(outgoing));
+    else if (m_request.method == "POST")
+        m_reply.reset(m_network.post(outgoing, m_request.body));
     else
-        m_reply.reset(network.sendCustomRequest(outgoing, request.method, request.body));
+        m_reply.reset(m_network.sendCustomRequest(outgoing, m_request.method, m_request.body));
     connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, &URLSessionTask::checkAnnouncedSize);
     connect(m_reply.get(), &QNetworkReply::readyRead, this, &URLSessionTask::read);
     connect(m_reply.get(), &QNetworkReply::finished, this, &URLSessionTask::conclude);
@@ -160,7 +162,8 @@ void URLSessionTask::checkAnnouncedSize()
 
 void URLSessionTask::read()
 {
-    m_body += m_reply->readAll();
+    // Never more than one byte too many, however far a compressed piece expands.
+    m_body += m_reply->read(qMin(m_reply->bytesAvailable(), m_maximumBodySize + 1 - m_body.size()));
     if (m_body.size() > m_maximumBodySize)
         fail({URLError::Code::TooLarge, QStringLiteral("The response is too large.")});
 }
@@ -170,11 +173,64 @@ void URLSessionTask::conclude()
     read();
     if (m_isComplete)
         return;
-    if (m_reply->error() != QNetworkReply::NoError && !isStatusError(*m_reply)) {
+    if (isRedirected())
+        redirect();
+    else if (isStatusError(*m_reply) && !isWholeBody())
+        fail({URLError::Code::ConnectionLost, QStringLiteral("The connection was lost.")});
+    else if (m_reply->error() != QNetworkReply::NoError && !isStatusError(*m_reply))
         fail({errorCode(m_reply->error()), m_reply->errorString()});
+    else
+        complete(std::move(m_body), responseOf(*m_reply), std::nullopt);
+}
+
+bool URLSessionTask::isRedirected() const
+{
+    switch (statusOf(*m_reply)) {
+    case 301:
+    case 302:
+    case 303:
+    case 307:
+    case 308:
+        return m_reply->error() == QNetworkReply::NoError && m_reply->hasRawHeader("Location");
+    default:
+        return false;
+    }
+}
+
+// Not left to Qt, which loses bodies that are sent again and sends more requests than the limit allows.
+void URLSessionTask::redirect()
+{
+    const QUrl url = m_request.url.resolved(QUrl::fromEncoded(m_reply->rawHeader("Location")));
+    if (const auto error = fault(url)) {
+        fail(*error);
         return;
     }
-    complete(std::move(m_body), responseOf(*m_reply), std::nullopt);
+    if (m_request.url.scheme() == QLatin1String("https") && url.scheme() != QLatin1String("https")) {
+        fail({URLError::Code::Secure, QStringLiteral("The server redirects to an insecure address.")});
+        return;
+    }
+    if (++m_redirectCount > maximumRedirects) {
+        fail({URLError::Code::TooManyRedirects, QStringLiteral("The server redirects too often.")});
+        return;
+    }
+    if (statusOf(*m_reply) <= 303 && m_request.method != "HEAD") {
+        m_request.method.clear();
+        m_request.body.clear();
+        m_request.headers.removeIf(
+            [](const auto &header) { return header.key().compare("Content-Type", Qt::CaseInsensitive) == 0; });
+    }
+    m_request.url = url;
+    m_body.clear();
+    m_reply->disconnect(this);
+    m_reply.release()->deleteLater();
+    send();
+}
+
+// Qt reports the status of a failed request even where its body was cut short.
+bool URLSessionTask::isWholeBody() const
+{
+    return m_request.method == "HEAD"
+        || m_body.size() >= m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
 }
 
 void URLSessionTask::fail(const URLError &error)

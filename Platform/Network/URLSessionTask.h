@@ -15,26 +15,34 @@ namespace Platform
 class URLSessionTask final : public QObject
 {
 public:
-    URLSessionTask(URLSession::Completion completion, qint64 maximumBodySize, QObject *parent);
+    // `network` outlives the task.
+    URLSessionTask(const URLRequest &request, URLSession::Completion completion, qint64 maximumBodySize,
+                   QNetworkAccessManager &network, QObject *parent);
 
-    // To be called once. `network` outlives the task.
-    void start(const URLRequest &request, QNetworkAccessManager &network);
+    // To be called once.
+    void start();
 
     // Ends the transfer; nothing is called any more.
     void cancel();
 
 private:
-    void send(const URLRequest &request, QNetworkAccessManager &network);
+    void send();
     void checkAnnouncedSize();
     void read();
     void conclude();
+    bool isRedirected() const;
+    void redirect();
+    bool isWholeBody() const;
     void fail(const URLError &error);
     void complete(std::optional<QByteArray> data, std::optional<URLResponse> response, std::optional<URLError> error);
 
+    URLRequest m_request; // as redirected so far
     URLSession::Completion m_completion;
     const qint64 m_maximumBodySize;
+    QNetworkAccessManager &m_network;
     std::unique_ptr<QNetworkReply> m_reply;
     QByteArray m_body;
+    int m_redirectCount = 0;
     bool m_isComplete = false;
 };
 

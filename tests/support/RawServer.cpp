@@ -14,7 +14,8 @@ QByteArray headOf(const RawServer::Answer &answer)
     bool hasLength = false;
     for (const auto &[name, value] : answer.headers) {
         head += name + ": " + value + "\r\n";
-        hasLength = hasLength || name.toLower() == "content-length";
+        const QByteArray lower = name.toLower();
+        hasLength = hasLength || lower == "content-length" || lower == "transfer-encoding";
     }
     if (!hasLength)
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";

@@ -31,7 +31,8 @@ public:
 
     struct Answer {
         int status = 200;
-        QList<std::pair<QByteArray, QByteArray>> headers = {}; // "Content-Length" is added unless it is here
+        QList<std::pair<QByteArray, QByteArray>> headers =
+            {}; // "Content-Length" is added unless it or "Transfer-Encoding" is here
         QByteArray body = {};
         Stage stage = Stage::Everything; // with KeepOpen, anything less stalls until resume()
         Then then = Then::KeepOpen;

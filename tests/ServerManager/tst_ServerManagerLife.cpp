@@ -1,0 +1,140 @@
+#include "support/RawServer.h"
+
+#include "Brevanto/ServerManager/BrevantoServerManager.h"
+#include "Brevanto/ServerManager/ServiceAddress.h"
+#include "Platform/Foundation/DispatchQueue.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTest>
+
+#include <cstdio>
+#include <latch>
+#include <thread>
+
+// What concerns the whole process is done by copies of this program.
+class tst_ServerManagerLife : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void leavesWithRequestsRunning_data();
+    void leavesWithRequestsRunning();
+    void isMadeOnceWhenThreadsRace();
+    void mayGoInsideACompletion();
+    void workQueueIsReplacedWhileInUse();
+};
+
+void tst_ServerManagerLife::leavesWithRequestsRunning_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::newRow("main returns") << QStringLiteral("return");
+    QTest::newRow("exit") << QStringLiteral("exit");
+}
+
+void tst_ServerManagerLife::leavesWithRequestsRunning()
+{
+    QFETCH(QString, way);
+    RawServer server;
+    server.setAnswer(RawServer::Answer::stall());
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--leave"), way, server.url(QString())});
+    QTRY_COMPARE(server.requestCount(), 2);
+    process.write("\n");
+    process.closeWriteChannel();
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void tst_ServerManagerLife::isMadeOnceWhenThreadsRace()
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--race")});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void tst_ServerManagerLife::mayGoInsideACompletion()
+{
+    RawServer server;
+    auto manager = BrevantoServerManager::create();
+    const std::weak_ptr<BrevantoServerManager> isAlive = manager;
+    std::atomic<bool> isDone = false;
+    manager->getImage(server.url(), nullptr, [&](const std::optional<Platform::URLError> &) {
+        manager.reset();
+        isDone = true;
+    });
+    QTRY_VERIFY(isDone);
+    QTRY_VERIFY(isAlive.expired());
+}
+
+void tst_ServerManagerLife::workQueueIsReplacedWhileInUse()
+{
+    RawServer server;
+    const auto manager = BrevantoServerManager::create();
+    std::atomic<int> answers = 0;
+    for (int i = 0; i < 20; ++i) {
+        manager->getImage(server.url(), nullptr, [&](const std::optional<Platform::URLError> &) { ++answers; });
+        BrevantoServerManager::create();
+    }
+    QTRY_COMPARE(answers, 20);
+}
+
+namespace
+{
+
+int leave(int argc, char *argv[], const QString &way, const QString &server)
+{
+    QCoreApplication application(argc, argv);
+    const ServiceAddress::Override address(server);
+    const auto failure = [](const std::optional<Platform::URLError> &) { std::fputs("called\n", stderr); };
+    BrevantoServerManager::sharedServerManager()->postCapturedImageData("jpeg", nullptr, failure);
+    BrevantoServerManager::sharedServerManager()->getImage(server, nullptr, failure);
+    std::getchar();
+    if (way == QLatin1String("exit"))
+        std::exit(0);
+    return 0;
+}
+
+int race(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    constexpr int threadCount = 16;
+    std::latch start(threadCount);
+    std::atomic<int> empty = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < threadCount; ++i) {
+        threads.emplace_back([&] {
+            start.arrive_and_wait();
+            const auto manager = BrevantoServerManager::sharedServerManager();
+            if (!manager)
+                ++empty;
+            else
+                manager->getMeta(QStringLiteral("1"), 1, nullptr, nullptr);
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    const bool isOne = BrevantoServerManager::sharedServerManager() == BrevantoServerManager::sharedServerManager();
+    return empty == 0 && isOne ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QString mode = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
+    if (mode == QLatin1String("--leave") && argc == 4)
+        return leave(argc, argv, QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
+    if (mode == QLatin1String("--race"))
+        return race(argc, argv);
+    QCoreApplication application(argc, argv);
+    tst_ServerManagerLife test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_ServerManagerLife.moc"

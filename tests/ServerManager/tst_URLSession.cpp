@@ -1,0 +1,364 @@
+#include "support/ManualClock.h"
+#include "support/RawServer.h"
+
+#include "Platform/Network/URLSession.h"
+
+#include <QTest>
+
+#include <future>
+
+using namespace std::chrono_literals;
+using Platform::URLError;
+using Platform::URLRequest;
+using Platform::URLResponse;
+using Platform::URLSession;
+
+namespace
+{
+
+struct Outcome {
+    std::optional<QByteArray> data;
+    std::optional<URLResponse> response;
+    std::optional<URLError> error;
+};
+
+std::future<Outcome> start(URLSession &session, const URLRequest &request)
+{
+    const auto promise = std::make_shared<std::promise<Outcome>>();
+    session.dataTask(request, [promise](const auto &data, const auto &response, const auto &error) {
+        promise->set_value(Outcome{data, response, error});
+    });
+    return promise->get_future();
+}
+
+Outcome outcome(URLSession &session, const URLRequest &request)
+{
+    return start(session, request).get();
+}
+
+QByteArray dataOf(const Outcome &outcome)
+{
+    if (outcome.error)
+        qWarning("%s", qUtf8Printable(outcome.error->description));
+    return outcome.data.value_or(QByteArray("no data"));
+}
+
+URLRequest get(const QString &url)
+{
+    URLRequest request;
+    request.url = QUrl(url);
+    return request;
+}
+
+RawServer::Answer chunked(const QByteArray &body)
+{
+    RawServer::Answer answer;
+    answer.headers = {{"Transfer-Encoding", "chunked"}};
+    answer.body = QByteArray::number(body.size(), 16) + "\r\n" + body + "\r\n0\r\n\r\n";
+    return answer;
+}
+
+RawServer::Answer deflated(const QByteArray &body)
+{
+    RawServer::Answer answer;
+    answer.headers = {{"Content-Encoding", "deflate"}};
+    answer.body = qCompress(body).sliced(4);
+    return answer;
+}
+
+RawServer::Answer plain(const QByteArray &body)
+{
+    RawServer::Answer answer;
+    answer.body = body;
+    return answer;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(URLError::Code)
+Q_DECLARE_METATYPE(RawServer::Answer)
+
+class tst_URLSession : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void givesAnyStatusWithItsBody_data();
+    void givesAnyStatusWithItsBody();
+    void sendsMethodHeadersAndBody();
+    void refusesAddresses_data();
+    void refusesAddresses();
+    void followsRedirects_data();
+    void followsRedirects();
+    void stopsRedirects_data();
+    void stopsRedirects();
+    void timesOut_data();
+    void timesOut();
+    void cutsOffALargeBody_data();
+    void cutsOffALargeBody();
+    void reportsALostConnection_data();
+    void reportsALostConnection();
+    void keepsConnectionsButNoCookies();
+    void endsRequestsWithTheSession();
+    void endsInsideACompletion();
+};
+
+void tst_URLSession::givesAnyStatusWithItsBody_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<RawServer::Answer>("answer");
+    for (const int status : {200, 300, 304, 400, 403, 404, 405, 409, 410, 418, 429, 500, 501, 502, 503, 504}) {
+        RawServer::Answer answer = status == 304 ? RawServer::Answer() : plain("body");
+        QTest::addRow("%d", status) << status << answer;
+    }
+    QTest::newRow("204") << 204 << RawServer::Answer();
+    QTest::newRow("404, compressed") << 404 << deflated("body");
+    QTest::newRow("500, chunked") << 500 << chunked("body");
+    RawServer::Answer locked = plain("body");
+    QTest::newRow("401 without a challenge") << 401 << locked;
+    locked.headers = {{"WWW-Authenticate", "Basic realm=\"r\""}};
+    QTest::newRow("401") << 401 << locked;
+}
+
+void tst_URLSession::givesAnyStatusWithItsBody()
+{
+    QFETCH(int, status);
+    QFETCH(RawServer::Answer, answer);
+    RawServer server;
+    answer.status = status;
+    server.setAnswer(answer);
+    URLSession session({});
+    const Outcome seen = outcome(session, get(server.url()));
+    QVERIFY(!seen.error);
+    QCOMPARE(seen.response->status, status);
+    QCOMPARE(dataOf(seen), answer.body.isEmpty() ? QByteArray() : QByteArray("body"));
+}
+
+void tst_URLSession::sendsMethodHeadersAndBody()
+{
+    RawServer server;
+    server.setAnswer(plain("answer"));
+    URLSession session({});
+    URLRequest request = get(server.url(QStringLiteral("/p?q=%2B+")));
+    request.method = "POST";
+    request.headers.insert("Content-Type", "text/x");
+    request.body = QByteArray("a\0b", 3);
+    const Outcome seen = outcome(session, request);
+    QCOMPARE(dataOf(seen), QByteArray("answer"));
+    QCOMPARE(seen.response->headers.value("content-length"), QByteArray("6"));
+    const RawServer::Request sent = server.requests().constFirst();
+    QVERIFY(sent.raw.startsWith("POST /p?q=%2B+ HTTP/1.1\r\n"));
+    QCOMPARE(sent.headers.value("content-type"), QByteArray("text/x"));
+    QCOMPARE(sent.headers.value("content-length"), QByteArray("3"));
+    QCOMPARE(sent.body, request.body);
+}
+
+void tst_URLSession::refusesAddresses_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<URLError::Code>("code");
+    QTest::newRow("empty") << QString() << URLError::Code::BadURL;
+    QTest::newRow("invalid") << QStringLiteral("http://h:99999/") << URLError::Code::BadURL;
+    QTest::newRow("no host") << QStringLiteral("http:///path") << URLError::Code::BadURL;
+    QTest::newRow("relative") << QStringLiteral("image/upload") << URLError::Code::UnsupportedURL;
+    QTest::newRow("file") << QStringLiteral("file:///etc/hostname") << URLError::Code::UnsupportedURL;
+    QTest::newRow("resource") << QStringLiteral("qrc:/x") << URLError::Code::UnsupportedURL;
+    QTest::newRow("data") << QStringLiteral("data:,x") << URLError::Code::UnsupportedURL;
+    QTest::newRow("ftp") << QStringLiteral("ftp://127.0.0.1/") << URLError::Code::UnsupportedURL;
+}
+
+void tst_URLSession::refusesAddresses()
+{
+    QFETCH(QString, url);
+    QFETCH(URLError::Code, code);
+    URLSession session({});
+    const Outcome seen = outcome(session, get(url));
+    QVERIFY(!seen.data && !seen.response && seen.error);
+    QCOMPARE(seen.error->code, code);
+}
+
+void tst_URLSession::followsRedirects_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("302") << 302 << QByteArray("GET") << QByteArray();
+    QTest::newRow("303") << 303 << QByteArray("GET") << QByteArray();
+    QTest::newRow("307") << 307 << QByteArray("POST") << QByteArray("sent");
+    QTest::newRow("308") << 308 << QByteArray("POST") << QByteArray("sent");
+}
+
+void tst_URLSession::followsRedirects()
+{
+    QFETCH(int, status);
+    RawServer server;
+    server.setHandler([status](const RawServer::Request &request) {
+        return request.target == "/" ? RawServer::Answer::redirect("/there", status) : plain("found");
+    });
+    URLSession session({});
+    URLRequest request = get(server.url());
+    request.method = "POST";
+    request.headers.insert("Content-Type", "text/x");
+    request.body = "sent";
+    const Outcome seen = outcome(session, request);
+    QCOMPARE(dataOf(seen), QByteArray("found"));
+    QCOMPARE(seen.response->url, QUrl(server.url(QStringLiteral("/there"))));
+    const RawServer::Request last = server.requests().constLast();
+    QTEST(last.method, "method");
+    QTEST(last.body, "body");
+    QCOMPARE(last.headers.contains("content-type"), !last.body.isEmpty());
+}
+
+void tst_URLSession::stopsRedirects_data()
+{
+    QTest::addColumn<QByteArray>("location");
+    QTest::addColumn<URLError::Code>("code");
+    QTest::newRow("to a file") << QByteArray("file:///etc/hostname") << URLError::Code::UnsupportedURL;
+    QTest::newRow("to data") << QByteArray("data:,x") << URLError::Code::UnsupportedURL;
+    QTest::newRow("in circles") << QByteArray("/") << URLError::Code::TooManyRedirects;
+}
+
+void tst_URLSession::stopsRedirects()
+{
+    QFETCH(QByteArray, location);
+    QFETCH(URLError::Code, code);
+    RawServer server;
+    server.setAnswer(RawServer::Answer::redirect(location));
+    URLSession session({});
+    const Outcome seen = outcome(session, get(server.url()));
+    QVERIFY(!seen.data && seen.error);
+    QCOMPARE(seen.error->code, code);
+    QVERIFY(server.requestCount() <= 20);
+}
+
+void tst_URLSession::timesOut_data()
+{
+    QTest::addColumn<RawServer::Stage>("stage");
+    QTest::newRow("no answer") << RawServer::Stage::Nothing;
+    QTest::newRow("after the head") << RawServer::Stage::Head;
+    QTest::newRow("in the body") << RawServer::Stage::HalfBody;
+}
+
+void tst_URLSession::timesOut()
+{
+    QFETCH(RawServer::Stage, stage);
+    RawServer server;
+    server.setAnswer(RawServer::Answer::stall(stage));
+    ManualClock clock;
+    URLSession session({});
+    URLRequest request = get(server.url());
+    request.timeout = 3s;
+    std::future<Outcome> future = start(session, request);
+    QTRY_COMPARE(server.requestCount(), 1);
+    QTRY_COMPARE(clock.pendingCount(), 1);
+    clock.advance(2999ms);
+    QCOMPARE(clock.pendingCount(), 1);
+    clock.advance(1ms);
+    const Outcome seen = future.get();
+    QVERIFY(!seen.data && seen.error);
+    QCOMPARE(seen.error->code, URLError::Code::TimedOut);
+}
+
+void tst_URLSession::cutsOffALargeBody_data()
+{
+    QTest::addColumn<RawServer::Answer>("answer");
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("as large as allowed") << plain(QByteArray(1000, 'x')) << true;
+    QTest::newRow("one byte more") << plain(QByteArray(1001, 'x')) << false;
+    QTest::newRow("without a length") << chunked(QByteArray(1001, 'x')) << false;
+    QTest::newRow("compressed") << deflated(QByteArray(100000, 'x')) << false;
+    RawServer::Answer announced = plain("x");
+    announced.headers = {{"Content-Length", "4000000000"}};
+    QTest::newRow("announced, not sent") << announced << false;
+}
+
+void tst_URLSession::cutsOffALargeBody()
+{
+    QFETCH(RawServer::Answer, answer);
+    QFETCH(bool, fits);
+    RawServer server;
+    server.setAnswer(answer);
+    URLSession session({.maximumBodySize = 1000});
+    const Outcome seen = outcome(session, get(server.url()));
+    QCOMPARE(seen.data.has_value(), fits);
+    if (!fits)
+        QCOMPARE(seen.error->code, URLError::Code::TooLarge);
+}
+
+void tst_URLSession::reportsALostConnection_data()
+{
+    QTest::addColumn<RawServer::Stage>("stage");
+    QTest::addColumn<int>("status");
+    QTest::newRow("no answer") << RawServer::Stage::Nothing << 200;
+    QTest::newRow("after the head") << RawServer::Stage::Head << 200;
+    QTest::newRow("in the body") << RawServer::Stage::HalfBody << 200;
+    QTest::newRow("in the body of an error") << RawServer::Stage::HalfBody << 500;
+}
+
+void tst_URLSession::reportsALostConnection()
+{
+    QFETCH(RawServer::Stage, stage);
+    QFETCH(int, status);
+    RawServer server;
+    RawServer::Answer answer = RawServer::Answer::stall(stage);
+    answer.status = status;
+    answer.then = RawServer::Then::Close;
+    server.setAnswer(answer);
+    URLSession session({});
+    const Outcome seen = outcome(session, get(server.url()));
+    QVERIFY(!seen.data && seen.error);
+    QCOMPARE(seen.error->code, URLError::Code::ConnectionLost);
+}
+
+void tst_URLSession::keepsConnectionsButNoCookies()
+{
+    RawServer server;
+    RawServer::Answer answer = plain("x");
+    answer.headers = {{"Set-Cookie", "a=b"}, {"Cache-Control", "max-age=1000"}};
+    server.setAnswer(answer);
+    URLSession session({});
+    for (int i = 0; i < 3; ++i)
+        outcome(session, get(server.url()));
+    QCOMPARE(server.requestCount(), 3);
+    QCOMPARE(server.connectionCount(), 1);
+    QVERIFY(!server.requests().constLast().headers.contains("cookie"));
+}
+
+void tst_URLSession::endsRequestsWithTheSession()
+{
+    RawServer server;
+    server.setAnswer(RawServer::Answer::stall(RawServer::Stage::HalfBody));
+    std::atomic<int> calls = 0;
+    {
+        URLSession session({});
+        for (int i = 0; i < 3; ++i)
+            session.dataTask(get(server.url()), [&calls](const auto &, const auto &, const auto &) { ++calls; });
+        QTRY_COMPARE(server.requestCount(), 3);
+    }
+    QCOMPARE(calls, 0);
+}
+
+void tst_URLSession::endsInsideACompletion()
+{
+    RawServer server;
+    server.setHandler([](const RawServer::Request &request) {
+        return request.target == "/stall" ? RawServer::Answer::stall() : plain("x");
+    });
+    auto session = std::make_unique<URLSession>(URLSession::Configuration());
+    std::atomic<int> calls = 0;
+    const auto witness = std::make_shared<int>();
+    session->dataTask(get(server.url(QStringLiteral("/stall"))),
+                      [&calls, witness](const auto &, const auto &, const auto &) { ++calls; });
+    QTRY_COMPARE(server.requestCount(), 1);
+    std::atomic<bool> isGone = false;
+    session->dataTask({}, [&session, &isGone](const auto &, const auto &, const auto &) {
+        session.reset();
+        isGone = true;
+    });
+    QTRY_VERIFY(isGone);
+    QTRY_COMPARE(witness.use_count(), 1);
+    QCOMPARE(calls, 0);
+}
+
+QTEST_GUILESS_MAIN(tst_URLSession)
+#include "tst_URLSession.moc"
