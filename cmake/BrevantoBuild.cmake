@@ -22,3 +22,10 @@ function(brevanto_target_defaults target)
         endif()
     endif()
 endfunction()
+
+# The QML compiler's C++ is not ours to mend. After qt_add_qml_module, in the same folder.
+function(brevanto_silence_generated_sources target)
+    get_target_property(generated ${target} SOURCES)
+    list(FILTER generated INCLUDE REGEX "qmlcache.*\\.cpp$")
+    set_source_files_properties(${generated} PROPERTIES COMPILE_OPTIONS "-w")
+endfunction()

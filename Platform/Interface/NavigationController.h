@@ -4,7 +4,8 @@
 
 #include <QFont>
 
-namespace Platform {
+namespace Platform
+{
 
 // How a navigation bar looks: the application-wide appearance, which each bar starts from.
 struct NavigationBarAppearance {
@@ -19,19 +20,30 @@ struct NavigationBarAppearance {
     static NavigationBarAppearance &appearance();
 };
 
-struct LayerShadow {
-    QColor color = Qt::black;
-    qreal opacity = 0;
-    QSizeF offset;
-    qreal radius = 3;
-};
-
-// A stack of screens under one navigation bar, shown with the stock StackView. Owns the controllers on it.
+// A stack of screens under one navigation bar, shown with the stock StackView. Owns the controllers on it. A push or
+// pop during the transition of another finishes that one first.
 class NavigationController : public ViewController
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
+    Q_PROPERTY(Platform::NavigationItem *topItem READ topItem NOTIFY topChanged)
+    Q_PROPERTY(bool canPop READ canPop NOTIFY topChanged)
+    Q_PROPERTY(QList<Platform::BarButtonItem> toolbarItems READ topToolbarItems NOTIFY topChanged)
+    Q_PROPERTY(bool navigationBarHidden READ isNavigationBarHidden NOTIFY barChanged)
+    Q_PROPERTY(bool toolbarHidden READ isToolbarHidden NOTIFY barChanged)
+    Q_PROPERTY(qreal safeAreaTop READ safeAreaTop NOTIFY barChanged)
+    Q_PROPERTY(QColor barColor READ barColor NOTIFY barChanged)
+    Q_PROPERTY(QColor tintColor READ tintColor NOTIFY barChanged)
+    Q_PROPERTY(QColor titleColor READ titleColor NOTIFY barChanged)
+    Q_PROPERTY(QFont titleFont READ titleFont NOTIFY barChanged)
+    Q_PROPERTY(QColor toolbarColor READ toolbarColor NOTIFY barChanged)
+    Q_PROPERTY(Platform::LayerShadow shadow READ navigationBarShadow NOTIFY barChanged)
 
 public:
+    // Height of either bar in points, without the safe area.
+    static constexpr qreal barHeight = 44;
+
     explicit NavigationController(std::unique_ptr<ViewController> rootViewController);
     ~NavigationController() override;
 
@@ -40,18 +52,52 @@ public:
 
     void pushViewController(std::unique_ptr<ViewController> controller, bool animated);
     // Pops the top screen and deletes it once it has disappeared; the first screen stays.
-    void popViewController(bool animated);
+    Q_INVOKABLE void popViewController(bool animated);
+    // Whether a push or pop is under way on the screen.
+    bool isInTransition() const;
 
+    // The bars are changed at once; `animated` is there for the platform's spelling.
     bool isNavigationBarHidden() const;
     void setNavigationBarHidden(bool hidden, bool animated = false);
     void setNavigationBarShadow(const LayerShadow &shadow);
+    LayerShadow navigationBarShadow() const;
 
+    // The toolbar at the bottom, with the top screen's toolbarItems; hidden unless set otherwise.
+    bool isToolbarHidden() const;
+    void setToolbarHidden(bool hidden, bool animated = false);
+    void setToolbarStyle(NavigationBarAppearance::Style style);
+    Q_INVOKABLE void activateToolbarItem(int index);
+
+    void viewDidLoad() override;
     bool goBack() override;
 
+Q_SIGNALS:
+    void topChanged();
+    void barChanged();
+
 protected:
-    std::unique_ptr<View> loadView() override;
+    ViewController *shownChild() const override { return topViewController(); }
 
 private:
+    NavigationItem *topItem() const { return topViewController()->navigationItem(); }
+    QList<BarButtonItem> topToolbarItems() const { return topViewController()->toolbarItems(); }
+    bool canPop() const { return viewControllers().size() > 1; }
+    qreal safeAreaTop() const;
+    QColor barColor() const;
+    QColor tintColor() const;
+    QColor titleColor() const;
+    QFont titleFont() const;
+    QColor toolbarColor() const;
+
+    QRectF contentFrame() const;
+    void stack(ViewController *controller);
+    void place(ViewController *controller);
+    void exchangeTop(ViewController *from, ViewController *to, bool forward, bool animated);
+    void slide(View *from, View *to, bool forward);
+    void transitionEnded();
+    void finishTransition();
+    void setBarHidden(bool &flag, bool hidden);
+
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -1,33 +1,47 @@
 #pragma once
 
+#include "Platform/Graphics/Image.h"
+
+#include <QList>
 #include <QObject>
+#include <QSizeF>
 #include <QString>
 #include <QUrl>
 #include <QtQmlIntegration>
 
 #include <functional>
 
-namespace Platform {
+namespace Platform
+{
 
 // A button in a navigation bar or toolbar, or a fixed or flexible space between buttons.
 struct BarButtonItem {
     Q_GADGET
     QML_ANONYMOUS
-    Q_PROPERTY(QUrl image MEMBER image CONSTANT)
+    Q_PROPERTY(QUrl source READ source CONSTANT)
     Q_PROPERTY(QString accessibleName MEMBER accessibleName CONSTANT)
     Q_PROPERTY(QSizeF size MEMBER size CONSTANT)
     Q_PROPERTY(bool enabled MEMBER enabled CONSTANT)
     Q_PROPERTY(bool isSpace MEMBER isSpace CONSTANT)
+    Q_PROPERTY(bool isFlexible MEMBER isFlexible CONSTANT)
 
 public:
     QUrl image;
-    QString accessibleName;
-    QSizeF size; // points; a space's width may be negative, which moves its neighbour outwards
+    Image picture = {}; // an image drawn by the application, shown when there is no address
+    QString accessibleName = {};
+    QSizeF size = {}; // points; a space's width may be negative, which moves its neighbour outwards
     bool enabled = true;
     bool isSpace = false;
-    std::function<void()> action;
+    bool isFlexible = false; // a space that takes its share of the room left
+    std::function<void()> action = {};
+
+    // Address of the image or of the picture.
+    QUrl source() const;
 
     static BarButtonItem fixedSpace(qreal width);
+    static BarButtonItem flexibleSpace();
+    // Runs the action of the item at that place, if it is an enabled button.
+    static void activate(const QList<BarButtonItem> &items, int index);
 };
 
 // What one screen shows in the navigation bar of its stack.

@@ -4,7 +4,8 @@
 #include "Platform/Foundation/Exception.h"
 #include "Platform/Interface/ViewController.h"
 
-namespace Platform {
+namespace Platform
+{
 
 // A folder of scenes in a bundle: one QML file per identifier, its root a View. A scene and its controller class share
 // the identifier.
@@ -19,7 +20,8 @@ public:
     std::unique_ptr<ViewController> instantiate(const QString &identifier) const;
 
     // The same, as its class; raises InvalidArgument when the scene's controller is of another class.
-    template <typename T> std::unique_ptr<T> instantiate(const QString &identifier) const
+    template <typename T>
+    std::unique_ptr<T> instantiate(const QString &identifier) const
     {
         std::unique_ptr<ViewController> controller = instantiate(identifier);
         auto *typed = qobject_cast<T *>(controller.get());

@@ -7,13 +7,21 @@
 #include <QPointer>
 #include <QtQmlIntegration>
 
+#include <QUrl>
+
 #include <functional>
 #include <memory>
 #include <vector>
 
-namespace Platform {
+class QQmlContext;
+
+namespace Platform
+{
 
 class NavigationController;
+class Presentation;
+class Transition;
+class Window;
 
 enum class ModalTransitionStyle { CoverVertical = 0, FlipHorizontal = 1, CrossDissolve = 2 };
 enum class ModalPresentationStyle { FullScreen = 0, Popover = 7 };
@@ -38,9 +46,9 @@ public:
 
     // The root of the screen, made on first use.
     View *view();
-    bool isViewLoaded() const { return m_view; }
-    // Whether the view is in a window, between viewWillAppear and viewDidDisappear.
-    bool isVisible() const;
+    bool isViewLoaded() const { return m_view != nullptr; }
+    // Whether the view is on the screen or on its way: between viewWillAppear and viewDidDisappear.
+    bool isVisible() const { return m_appearance != Appearance::Gone; }
 
     virtual void viewDidLoad() { }
     virtual void viewWillAppear(bool animated) { Q_UNUSED(animated) }
@@ -60,6 +68,9 @@ public:
     ViewController *parentViewController() const { return m_parent; }
     NavigationController *navigationController() const;
     NavigationItem *navigationItem() { return &m_navigationItem; }
+    // What the screen shows in the toolbar of its navigation stack.
+    QList<BarButtonItem> toolbarItems() const { return m_toolbarItems; }
+    void setToolbarItems(const QList<BarButtonItem> &items);
 
     // What this controller, or the chain that contains it, presents; null when that is nothing. A controller on its way
     // out no longer counts.
@@ -68,24 +79,33 @@ public:
     ViewController *presentingViewController() const;
 
     // Shows `controller` over the whole window (or by its own style) and takes ownership. Refused, with a line in the
-    // log and the controller deleted, while the chain presents another one already or is not in a window.
+    // log and the controller deleted, while the chain presents another one already, is not in a window, or is on its
+    // way out. `completion` runs after viewDidAppear; without animation that is before present() returns.
     void present(std::unique_ptr<ViewController> controller, bool animated, std::function<void()> completion = {});
-    // Takes away what this controller presents or, when it presents nothing, the controller itself. The controllers taken
-    // away are deleted after `completion`. Without anything to dismiss nothing happens, and no completion.
+    // Takes away what this controller presents, with all that is presented above it, or, when it presents nothing, the
+    // controller itself. `completion` runs after viewDidDisappear; the controllers taken away are deleted after it.
+    // Without anything to dismiss, or when that is on its way out already, nothing happens, and no completion.
     void dismiss(bool animated, std::function<void()> completion = {});
 
     ModalTransitionStyle modalTransitionStyle = ModalTransitionStyle::CoverVertical;
     ModalPresentationStyle modalPresentationStyle = ModalPresentationStyle::FullScreen;
     QSizeF preferredContentSize;
 
+Q_SIGNALS:
+    void toolbarItemsChanged();
+
 protected:
-    // Makes the view; by default a plain one.
+    // The scene that the view is loaded from; its property "controller" is this controller.
+    void setScene(const QUrl &scene) { m_scene = scene; }
+    // Makes the view: the scene's root or, without a scene, a plain one.
     virtual std::unique_ptr<View> loadView();
 
     // Takes the scene's items that the controller works with, by outlet(); runs before viewDidLoad.
     virtual void connectOutlets() { }
-    // The item of that objectName in the scene. Raises InvalidArgument, with the name, when there is none of that class.
-    template <typename T = QQuickItem> T *outlet(const QString &objectName)
+    // The item of that objectName in the scene. Raises InvalidArgument, with the name, when there is none of that
+    // class.
+    template <typename T = QQuickItem>
+    T *outlet(const QString &objectName)
     {
         auto *item = qobject_cast<T *>(findOutlet(objectName));
         if (!item)
@@ -93,21 +113,44 @@ protected:
         return item;
     }
 
-    // Makes `controller` a child in the chain of containment (it keeps its owner).
-    void setParentViewController(ViewController *controller, ViewController *parent) { controller->m_parent = parent; }
+    // Makes `controller` a child of this one in the chain of containment; its owner stays as it is.
+    void adopt(ViewController *controller) { controller->m_parent = this; }
+    static void release(ViewController *controller) { controller->m_parent = nullptr; }
+
+    // How the controller comes onto the screen and leaves it when it is presented.
+    virtual std::unique_ptr<Transition> makeTransition();
+    // The contained controller whose view is shown inside this one's, which gets the appearance calls too; null when
+    // there is none.
+    virtual ViewController *shownChild() const { return nullptr; }
+
+    // Calls viewWillAppear or viewWillDisappear, here and in the shown child, unless that has been done.
+    void beginAppearance(bool appearing, bool animated);
+    // Calls viewDidAppear or viewDidDisappear, whichever is due.
+    void endAppearance();
 
 private:
     friend class Storyboard;
     friend class NavigationController;
     friend class Presentation;
+    friend class Window;
 
+    enum class Appearance { Gone, Appearing, Visible, Disappearing };
+
+    ViewController *chainRoot() const;
+    bool isOnItsWayOut() const;
     QQuickItem *findOutlet(const QString &objectName);
     [[noreturn]] void throwMissingOutlet(const QString &objectName) const;
 
+    QUrl m_scene;
     std::unique_ptr<View> m_view;
+    std::unique_ptr<QQmlContext> m_sceneContext;
     NavigationItem m_navigationItem;
+    QList<BarButtonItem> m_toolbarItems;
     QPointer<ViewController> m_parent;
-    std::unique_ptr<class Presentation> m_presentation;
+    Appearance m_appearance = Appearance::Gone;
+    bool m_appearanceAnimated = false;
+    std::unique_ptr<Presentation> m_presentation; // of what this controller, the root of a chain, presents
+    QPointer<Presentation> m_presentedIn; // what shows this controller
 };
 
 } // namespace Platform

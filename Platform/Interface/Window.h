@@ -4,7 +4,8 @@
 
 #include <QQuickWindow>
 
-namespace Platform {
+namespace Platform
+{
 
 // The platform's view of a Qt Quick window: its root view controller, its status bar and its back key. Any Qt Quick
 // window of the host serves; nothing has to be prepared.
@@ -28,19 +29,47 @@ public:
     QRectF bounds() const;
 
 private:
+    friend class FullScreenTransition;
+    friend class PopupTransition;
+    friend class Presentation;
+
     explicit Window(QQuickWindow *window);
+    ~Window() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+    // What the screens are put into: above all of the host's items, below its popups.
+    View *layer() const { return m_root->view(); }
+
+    void presentationBegan();
+    void presentationEnded();
+    // Keeps what is on its way out until it is gone.
+    void keepUntilGone(std::unique_ptr<Presentation> presentation);
+    std::unique_ptr<Presentation> takeGone(const Presentation *presentation);
+
+    Presentation *topmostPresentation() const;
+    bool isPresenting() const;
+    bool isInTransition() const;
+    void resize();
+    void goBack();
+    void keepFocusInside();
 
     QQuickWindow *m_quickWindow;
     std::unique_ptr<ViewController> m_root;
+    std::vector<std::unique_ptr<Presentation>> m_leaving;
+    QPointer<QQuickItem> m_hostFocus;
+    QWindow::Visibility m_hostVisibility = QWindow::AutomaticVisibility;
+    QSizeF m_size;
+    bool m_lastTabWasBackwards = false;
 };
 
-namespace Screen {
+namespace Screen
+{
 // The area that screens fill, in points: the key window's (on a phone, the whole screen); zero without a window.
 QRectF mainBounds();
-}
+} // namespace Screen
 
-namespace Application {
+namespace Application
+{
 enum class StatusBarStyle { Default = 0, LightContent = 1 };
 
 void setStatusBarHidden(bool hidden);
@@ -63,6 +92,6 @@ void setURLOpener(URLOpener *opener);
 
 // Opens the application's page in the system settings, where the platform has one.
 void openSettings();
-}
+} // namespace Application
 
 } // namespace Platform

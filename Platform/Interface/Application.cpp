@@ -1,0 +1,99 @@
+#include "Platform/Interface/Window.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+#ifdef Q_OS_ANDROID
+#include <QCoreApplication>
+#include <QJniObject>
+#endif
+
+namespace Platform
+{
+
+QRectF Screen::mainBounds()
+{
+    const Window *window = Window::keyWindow();
+    return window ? window->bounds() : QRectF();
+}
+
+namespace Application
+{
+
+namespace
+{
+
+bool statusBarIsHidden = false;
+StatusBarStyle currentStatusBarStyle = StatusBarStyle::Default;
+URLOpener *replacement = nullptr;
+
+class SystemOpener final : public URLOpener
+{
+public:
+    bool canOpen(const QUrl &url) override { return url.isValid() && !url.scheme().isEmpty(); }
+    void open(const QUrl &url, std::function<void(bool)> completion) override
+    {
+        const bool isTaken = QDesktopServices::openUrl(url);
+        if (completion)
+            completion(isTaken);
+    }
+};
+
+} // namespace
+
+void setStatusBarHidden(bool hidden)
+{
+    statusBarIsHidden = hidden;
+#if defined(Q_OS_ANDROID) || defined(Q_OS_IOS)
+    if (const Window *window = Window::keyWindow())
+        window->quickWindow()->setVisibility(hidden ? QWindow::FullScreen : QWindow::Maximized);
+#endif
+}
+
+bool isStatusBarHidden()
+{
+    return statusBarIsHidden;
+}
+
+void setStatusBarStyle(StatusBarStyle style)
+{
+    currentStatusBarStyle = style;
+}
+
+StatusBarStyle statusBarStyle()
+{
+    return currentStatusBarStyle;
+}
+
+URLOpener &urlOpener()
+{
+    static SystemOpener systemOpener;
+    return replacement ? *replacement : systemOpener;
+}
+
+void setURLOpener(URLOpener *opener)
+{
+    replacement = opener;
+}
+
+void openSettings()
+{
+#ifdef Q_OS_ANDROID
+    const QJniObject activity = QNativeInterface::QAndroidApplication::context();
+    const QJniObject package = activity.callObjectMethod("getPackageName", "()Ljava/lang/String;");
+    const QJniObject address = QJniObject::callStaticObjectMethod(
+        "android/net/Uri", "fromParts", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;)Landroid/net/Uri;",
+        QJniObject::fromString(QStringLiteral("package")).object(), package.object(), nullptr);
+    const QJniObject action = QJniObject::fromString(QStringLiteral("android.settings.APPLICATION_DETAILS_SETTINGS"));
+    QJniObject intent("android/content/Intent", "(Ljava/lang/String;Landroid/net/Uri;)V", action.object(),
+                      address.object());
+    activity.callMethod<void>("startActivity", "(Landroid/content/Intent;)V", intent.object());
+#else
+    const QUrl settings(QStringLiteral("app-settings:"));
+    if (urlOpener().canOpen(settings))
+        urlOpener().open(settings, {});
+#endif
+}
+
+} // namespace Application
+} // namespace Platform

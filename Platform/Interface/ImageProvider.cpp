@@ -1,0 +1,125 @@
+#include "Platform/Interface/ImageProvider.h"
+
+#include <QPainter>
+#include <QSemaphore>
+#include <QThreadPool>
+
+namespace Platform
+{
+
+namespace
+{
+
+// One picture on its way from its bytes to the screen.
+class Decoding final : public QQuickImageResponse
+{
+public:
+    Decoding(const Image &image, const QSize &size)
+    {
+        QThreadPool::globalInstance()->start([this, image, size] {
+            m_picture = image.upright(size);
+            Q_EMIT finished();
+            m_isOver.release();
+        });
+    }
+    // The pool's thread must be through with this object.
+    ~Decoding() override { m_isOver.acquire(); }
+
+    QQuickTextureFactory *textureFactory() const override
+    {
+        return QQuickTextureFactory::textureFactoryForImage(m_picture);
+    }
+    QString errorString() const override
+    {
+        return m_picture.isNull() ? QStringLiteral("The image does not decode") : QString();
+    }
+
+private:
+    QImage m_picture;
+    QSemaphore m_isOver;
+};
+
+// One pass of a running mean along the lines.
+QImage meanAlongLines(const QImage &picture, int reach)
+{
+    QImage result(picture.size(), picture.format());
+    const int width = picture.width();
+    for (int y = 0; y < picture.height(); ++y) {
+        const uchar *from = picture.constScanLine(y);
+        uchar *to = result.scanLine(y);
+        for (int x = 0; x < width; ++x) {
+            int sum = 0;
+            for (int near = qMax(0, x - reach); near <= qMin(width - 1, x + reach); ++near)
+                sum += from[near];
+            to[x] = static_cast<uchar>(sum / (2 * reach + 1));
+        }
+    }
+    return result;
+}
+
+QImage blurred(QImage picture, int reach)
+{
+    constexpr int passes = 3; // close to a Gaussian
+    for (int direction = 0; direction < 2; ++direction) {
+        for (int pass = 0; pass < passes && reach > 0; ++pass)
+            picture = meanAlongLines(picture, reach);
+        picture = picture.transformed(QTransform(0, 1, 1, 0, 0, 0));
+    }
+    return picture;
+}
+
+} // namespace
+
+QString ImageProvider::name()
+{
+    return QStringLiteral("brevanto");
+}
+
+QUrl ImageProvider::url(const Platform::Image &image)
+{
+    if (image.isNull())
+        return {};
+    return QUrl(QStringLiteral("image://%1/%2").arg(name(), image.identifier()));
+}
+
+QQuickImageResponse *ImageProvider::requestImageResponse(const QString &id, const QSize &requestedSize)
+{
+    return new Decoding(Platform::Image::withIdentifier(id), requestedSize);
+}
+
+ShadowProvider::ShadowProvider()
+    : QQuickImageProvider(QQuickImageProvider::Image)
+{
+}
+
+QString ShadowProvider::name()
+{
+    return QStringLiteral("brevanto-shadow");
+}
+
+QImage ShadowProvider::requestImage(const QString &id, QSize *size, const QSize &)
+{
+    constexpr int longest = 64;
+    const int corner = qBound(0, id.section(u',', 0, 0).toInt(), longest);
+    const int blur = qBound(0, id.section(u',', 1, 1).toInt(), longest);
+    const int border = corner + 2 * blur;
+    QImage shape(2 * border + 1, 2 * border + 1, QImage::Format_Grayscale8);
+    shape.fill(Qt::black);
+    {
+        QPainter painter(&shape);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawRoundedRect(QRectF(shape.rect()).adjusted(blur, blur, -blur, -blur), corner, corner);
+    }
+    shape = blurred(shape, qRound(blur / 2.0));
+    QImage shadow(shape.size(), QImage::Format_ARGB32_Premultiplied);
+    shadow.fill(Qt::black);
+    shape.reinterpretAsFormat(QImage::Format_Alpha8);
+    shadow.setAlphaChannel(shape);
+    if (size)
+        *size = shadow.size();
+    return shadow;
+}
+
+} // namespace Platform

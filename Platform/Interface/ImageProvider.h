@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Platform/Graphics/Image.h"
+
+#include <QQuickAsyncImageProvider>
+#include <QUrl>
+
+namespace Platform
+{
+
+// Gives the scenes of SceneEngine the platform's images under image://, decoded off the main thread at the size drawn.
+class ImageProvider final : public QQuickAsyncImageProvider
+{
+public:
+    static QString name();
+    // Address of `image` for a scene, good while a copy of it lives; empty for a null image.
+    static QUrl url(const Platform::Image &image);
+
+    QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
+};
+
+// Pictures of blurred round-cornered shadows, to be stretched in the middle: "<corner radius>,<blur radius>".
+class ShadowProvider final : public QQuickImageProvider
+{
+public:
+    ShadowProvider();
+    static QString name();
+
+    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
+};
+
+} // namespace Platform

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Platform/Graphics/Image.h"
+#include "Platform/Interface/View.h"
+
+namespace Platform
+{
+
+// A view that shows an image, decoded off the main thread at the size in which it is drawn. Its subviews receive
+// touches only once userInteractionEnabled is set. For the main thread only.
+class ImageView : public View
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(ContentMode contentMode READ contentMode WRITE setContentMode NOTIFY contentModeChanged)
+
+public:
+    enum class ContentMode { ScaleToFill = 0, ScaleAspectFit = 1, ScaleAspectFill = 2, Center = 4 };
+    Q_ENUM(ContentMode)
+
+    explicit ImageView(QQuickItem *parent = nullptr);
+    explicit ImageView(const QRectF &frame);
+
+    // Null shows nothing.
+    Image image() const { return m_image; }
+    void setImage(const Image &image);
+
+    ContentMode contentMode() const { return m_contentMode; }
+    void setContentMode(ContentMode mode);
+
+    // Whether the picture is on the screen: false while it is being decoded and when it does not decode.
+    bool isShowingImage() const;
+
+Q_SIGNALS:
+    void imageChanged();
+    void contentModeChanged();
+
+private:
+    Image m_image;
+    ContentMode m_contentMode = ContentMode::ScaleToFill;
+    QQuickItem *m_picture;
+};
+
+using ContentMode = ImageView::ContentMode;
+
+} // namespace Platform

@@ -1,0 +1,82 @@
+#include "Platform/Interface/SceneEngine.h"
+
+#include "Platform/Foundation/Exception.h"
+#include "Platform/Interface/ImageProvider.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QQmlComponent>
+#include <QQmlEngine>
+
+// Made by the build from the module's types. Naming it here keeps the registration in programs that link the static
+// library.
+extern void qml_register_types_Brevanto_Platform();
+
+namespace Platform
+{
+
+namespace
+{
+
+struct Scenes {
+    QQmlEngine engine;
+    QHash<QUrl, QQmlComponent *> components;
+};
+
+std::unique_ptr<Scenes> scenes;
+
+Scenes &currentScenes()
+{
+    if (scenes)
+        return *scenes;
+    static bool registered = false;
+    if (!std::exchange(registered, true))
+        qml_register_types_Brevanto_Platform();
+    scenes = std::make_unique<Scenes>();
+    scenes->engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    scenes->engine.addImageProvider(ImageProvider::name(), new ImageProvider);
+    scenes->engine.addImageProvider(ShadowProvider::name(), new ShadowProvider);
+    qAddPostRoutine([] { scenes.reset(); });
+    return *scenes;
+}
+
+} // namespace
+
+QQmlEngine &SceneEngine::engine()
+{
+    return currentScenes().engine;
+}
+
+std::unique_ptr<QQuickItem> SceneEngine::loadScene(const QUrl &url, const QVariantMap &properties, QQmlContext *context)
+{
+    Scenes &current = currentScenes();
+    QQmlComponent *&component = current.components[url];
+    if (!component)
+        component = new QQmlComponent(&current.engine, url, QQmlComponent::PreferSynchronous, &current.engine);
+    QQmlComponent *const ready = component; // loading a scene may load others, which moves the table's entries
+    std::unique_ptr<QObject> object;
+    if (ready->isReady())
+        object.reset(ready->createWithInitialProperties(properties, context));
+    auto *item = qobject_cast<QQuickItem *>(object.get());
+    if (!item || ready->isError())
+        throw Exception(Exception::Name::InternalInconsistency,
+                        ready->isError() ? ready->errorString() : url.toString() + QStringLiteral(" is no item"));
+    object.release();
+    QQmlEngine::setObjectOwnership(item, QQmlEngine::CppOwnership);
+    return std::unique_ptr<QQuickItem>(item);
+}
+
+QQuickItem *SceneEngine::makeItem(const QString &name, QQuickItem *owner, const QVariantMap &properties)
+{
+    QQuickItem *item = loadScene(sceneUrl(name), properties).release();
+    item->setParent(owner);
+    item->setParentItem(owner);
+    return item;
+}
+
+QUrl SceneEngine::sceneUrl(const QString &name)
+{
+    return QUrl(QStringLiteral("qrc:/qt/qml/Brevanto/Platform/Interface/Scenes/%1.qml").arg(name));
+}
+
+} // namespace Platform

@@ -1,0 +1,141 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Brevanto.Platform
+
+// A stack of screens between a navigation bar and a toolbar.
+View {
+    id: scene
+
+    required property NavigationController controller
+    readonly property real sideMargin: 12
+
+    function pushItem(item: Item) {
+        stack.push(item, {}, StackView.Immediate)
+    }
+    function popItem() {
+        stack.pop(StackView.Immediate)
+    }
+
+    StackView {
+        id: stack
+
+        anchors.fill: parent
+        clip: true
+    }
+
+    // A swipe from the left edge leads back.
+    Item {
+        width: 16
+        height: parent.height
+        visible: scene.controller.canPop
+
+        DragHandler {
+            property real distance: 0
+
+            target: null
+            yAxis.enabled: false
+            onTranslationChanged: distance = translation.x
+            onActiveChanged: {
+                if (!active && distance > 60)
+                    scene.controller.popViewController(true)
+                distance = 0
+            }
+        }
+    }
+
+    ToolBar {
+        id: bar
+
+        objectName: "navigationBar"
+        width: parent.width
+        height: 44 + scene.controller.safeAreaTop
+        topPadding: scene.controller.safeAreaTop
+        leftPadding: 0
+        rightPadding: 0
+        bottomPadding: 0
+        visible: !scene.controller.navigationBarHidden
+
+        background: Rectangle {
+            color: scene.controller.barColor
+
+            Rectangle {
+                readonly property var shadow: scene.controller.shadow
+
+                anchors.top: parent.bottom
+                width: parent.width
+                height: shadow.offset.height + shadow.radius
+                visible: shadow.opacity > 0
+                gradient: Gradient {
+                    GradientStop {
+                        position: 0
+                        color: Qt.alpha(scene.controller.shadow.color, scene.controller.shadow.opacity)
+                    }
+                    GradientStop {
+                        position: 1
+                        color: Qt.alpha(scene.controller.shadow.color, 0)
+                    }
+                }
+            }
+        }
+        contentItem: Item {
+            BarButtonRow {
+                id: left
+
+                objectName: "leftBarButtonItems"
+                x: scene.sideMargin
+                items: scene.controller.topItem.leftBarButtonItems
+                tintColor: scene.controller.tintColor
+                onActivated: index => scene.controller.topItem.activateLeft(index)
+            }
+            Text {
+                readonly property real room: 2 * Math.min(parent.width / 2 - (left.width > 0 ? left.x + left.width : 0),
+                                                          parent.width / 2 - (right.width > 0 ? right.width + scene.sideMargin : 0)) - 16
+
+                objectName: "navigationBarTitle"
+                anchors.centerIn: parent
+                width: Math.max(0, room)
+                text: scene.controller.topItem.title
+                textFormat: Text.PlainText
+                font: scene.controller.titleFont
+                color: scene.controller.titleColor
+                horizontalAlignment: Text.AlignHCenter
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+            BarButtonRow {
+                id: right
+
+                objectName: "rightBarButtonItems"
+                anchors.right: parent.right
+                anchors.rightMargin: scene.sideMargin
+                items: scene.controller.topItem.rightBarButtonItems
+                tintColor: scene.controller.tintColor
+                onActivated: index => scene.controller.topItem.activateRight(index)
+            }
+        }
+    }
+
+    ToolBar {
+        objectName: "toolbar"
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 44
+        padding: 0
+        visible: !scene.controller.toolbarHidden
+        background: Rectangle {
+            color: scene.controller.toolbarColor
+        }
+        contentItem: Item {
+            BarButtonRow {
+                objectName: "toolbarItems"
+                x: scene.sideMargin
+                width: parent.width - 2 * scene.sideMargin
+                items: scene.controller.toolbarItems
+                tintColor: scene.controller.tintColor
+                onActivated: index => scene.controller.activateToolbarItem(index)
+            }
+        }
+    }
+}

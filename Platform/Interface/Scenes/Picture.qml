@@ -1,0 +1,35 @@
+import QtQuick
+import QtQuick.Window
+
+// An image decoded off the main thread at the size in which it is drawn.
+Item {
+    id: root
+
+    property alias source: picture.source
+    property size naturalSize
+    property int contentMode
+    readonly property bool isReady: picture.status === Image.Ready
+    readonly property bool isFit: contentMode === 1
+    readonly property bool isFill: contentMode === 2
+    readonly property bool isCentred: contentMode === 4
+    readonly property bool isEmpty: naturalSize.width <= 0 || naturalSize.height <= 0 || width <= 0 || height <= 0
+    readonly property real fitScale: Math.min(width / naturalSize.width, height / naturalSize.height)
+    readonly property real fillScale: Math.max(width / naturalSize.width, height / naturalSize.height)
+    readonly property real factor: isCentred ? 1 : isFill ? fillScale : fitScale
+
+    anchors.fill: parent
+
+    Image {
+        id: picture
+
+        anchors.centerIn: parent
+        width: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.width * root.factor : root.width
+        height: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.height * root.factor : root.height
+        sourceSize: Qt.size(Math.ceil(width * Screen.devicePixelRatio), Math.ceil(height * Screen.devicePixelRatio))
+        asynchronous: true
+        cache: false
+        smooth: true
+        mipmap: false
+        fillMode: Image.Stretch
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick
+
+// Takes the taps of the view it stands in, and its keys.
+Item {
+    id: root
+
+    property string name
+    property real minimumSize: 44
+
+    signal activated
+
+    anchors.centerIn: parent
+    width: Math.max(parent.width, minimumSize)
+    height: Math.max(parent.height, minimumSize)
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Button
+    Accessible.name: name
+    Accessible.onPressAction: activated()
+    Keys.onSpacePressed: activated()
+    Keys.onReturnPressed: activated()
+    Keys.onEnterPressed: activated()
+
+    TapHandler {
+        gesturePolicy: TapHandler.WithinBounds
+        onTapped: root.activated()
+    }
+
+    Rectangle {
+        anchors.centerIn: parent
+        width: root.parent.width + 8
+        height: root.parent.height + 8
+        radius: width / 2
+        visible: root.activeFocus
+        color: "transparent"
+        border.width: 2
+        border.color: "white"
+    }
+}

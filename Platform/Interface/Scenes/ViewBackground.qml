@@ -1,0 +1,6 @@
+import QtQuick
+
+Rectangle {
+    anchors.fill: parent
+    z: -1
+}

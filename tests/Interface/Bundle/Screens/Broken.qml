@@ -1,0 +1,9 @@
+import QtQuick
+import Brevanto.Platform
+
+View {
+    required property QtObject controller
+
+    width: nothingOfThatName.width
+    NoSuchType {}
+}

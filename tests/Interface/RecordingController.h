@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/Interface/ViewController.h"
+
+#include <QStringList>
+
+// A screen that writes down the calls of its life, as "name call", in a list that several screens share.
+class RecordingController : public Platform::ViewController
+{
+    Q_OBJECT
+
+public:
+    RecordingController(const QString &name, QStringList *calls)
+        : m_name(name)
+        , m_calls(calls)
+    {
+    }
+
+    void viewDidLoad() override { note(QStringLiteral("didLoad")); }
+    void viewWillAppear(bool animated) override { note(QStringLiteral("willAppear"), animated); }
+    void viewDidAppear(bool animated) override
+    {
+        note(QStringLiteral("didAppear"), animated);
+        if (onDidAppear)
+            onDidAppear();
+    }
+    void viewWillDisappear(bool animated) override { note(QStringLiteral("willDisappear"), animated); }
+    void viewDidDisappear(bool animated) override { note(QStringLiteral("didDisappear"), animated); }
+    void viewDidLayoutSubviews() override { layouts.append(view()->frame()); }
+    void willAnimateRotation(std::chrono::milliseconds) override { note(QStringLiteral("rotation")); }
+
+    QList<QRectF> layouts;
+    std::function<void()> onDidAppear;
+
+private:
+    void note(const QString &call) { m_calls->append(m_name + u' ' + call); }
+    void note(const QString &call, bool animated) { note(animated ? call + u'*' : call); }
+
+    QString m_name;
+    QStringList *m_calls;
+};

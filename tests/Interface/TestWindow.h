@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Platform/Interface/Window.h"
+
+#include <QImage>
+#include <QPointingDevice>
+#include <QQuickWindow>
+
+#include <memory>
+
+// A host's window with a finger on it and one button of the host's, over the whole window.
+class TestWindow
+{
+public:
+    explicit TestWindow(const QSize &size = {375, 667});
+    ~TestWindow();
+
+    QQuickWindow *window() const { return m_window.get(); }
+    Platform::Window *platform() const { return Platform::Window::of(m_window.get()); }
+    Platform::ViewController *root() const { return platform()->rootViewController(); }
+    // Closes and deletes the window.
+    void close();
+
+    void tap(const QPointF &inWindow);
+    void tap(const QQuickItem *item);
+
+    // The host's item has the focus at first; how many touches, clicks and keys reached it.
+    QQuickItem *hostItem() const;
+    int hostEvents() const;
+
+    // The item of that objectName anywhere in the window, popups included; null when there is none.
+    QQuickItem *find(const QString &objectName) const;
+    // What the user sees. Saved under `name` too when BREVANTO_SCREENSHOTS names a folder.
+    QImage grab(const QString &name = {}) const;
+
+private:
+    std::unique_ptr<QQuickWindow> m_window;
+    std::unique_ptr<QPointingDevice> m_finger;
+};

@@ -1,0 +1,233 @@
+#include "TestWindow.h"
+
+#include "Platform/Interface/AlertController.h"
+#include "Platform/Interface/NavigationController.h"
+#include "Platform/Interface/TapRecognizer.h"
+
+#include <QTest>
+
+using Platform::NavigationController;
+using Platform::View;
+using Platform::ViewController;
+using Platform::Window;
+
+namespace
+{
+
+class Opener final : public Platform::Application::URLOpener
+{
+public:
+    bool canOpen(const QUrl &url) override { return url.scheme() != QLatin1String("none"); }
+    void open(const QUrl &url, std::function<void(bool)> completion) override
+    {
+        opened.append(url);
+        if (completion)
+            completion(true);
+    }
+
+    QList<QUrl> opened;
+};
+
+class Screen : public ViewController
+{
+    Q_OBJECT
+
+public:
+    bool goBack() override
+    {
+        if (!leaves)
+            return ViewController::goBack();
+        dismiss(false);
+        return true;
+    }
+
+    bool leaves = false;
+};
+
+// An item that Tab reaches.
+QQuickItem *addStop(QQuickItem *parent)
+{
+    auto *stop = new QQuickItem(parent);
+    stop->setSize({10, 10});
+    stop->setActiveFocusOnTab(true);
+    return stop;
+}
+
+} // namespace
+
+class tst_Window : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void knowsTheKeyWindow();
+    void knowsTheTopmostScreen();
+    void backKeyLeads_data();
+    void backKeyLeads();
+    void backKeyStaysTheHostsWithoutScreens();
+    void keepsTheHostOut();
+    void keepsTheFocusInside();
+    void givesTheFocusBack();
+    void tapsReachViewsBuiltInCode();
+    void opensAddresses();
+
+private:
+    Screen *present(ViewController *presenter = nullptr);
+
+    std::unique_ptr<TestWindow> m_window;
+};
+
+void tst_Window::init()
+{
+    m_window = std::make_unique<TestWindow>();
+}
+
+void tst_Window::cleanup()
+{
+    Platform::Application::setURLOpener(nullptr);
+    m_window.reset();
+}
+
+Screen *tst_Window::present(ViewController *presenter)
+{
+    auto *screen = new Screen;
+    (presenter ? presenter : m_window->root())->present(std::unique_ptr<ViewController>(screen), false);
+    return screen;
+}
+
+void tst_Window::knowsTheKeyWindow()
+{
+    QCOMPARE(Window::keyWindow(), m_window->platform());
+    QCOMPARE(Window::of(m_window->window()), m_window->platform());
+    QCOMPARE(Platform::Screen::mainBounds(), QRectF(0, 0, 375, 667));
+    m_window->window()->resize(400, 500);
+    QTRY_COMPARE(Platform::Screen::mainBounds(), QRectF(0, 0, 400, 500));
+    m_window->close();
+    QCOMPARE(Window::keyWindow(), nullptr);
+    QCOMPARE(Platform::Screen::mainBounds(), QRectF());
+}
+
+void tst_Window::knowsTheTopmostScreen()
+{
+    QCOMPARE(m_window->platform()->topmostViewController(), m_window->root());
+    auto *inner = new Screen;
+    auto *stack = new NavigationController(std::unique_ptr<ViewController>(inner));
+    m_window->root()->present(std::unique_ptr<ViewController>(stack), false);
+    QCOMPARE(m_window->platform()->topmostViewController(), inner);
+    auto *alert = new Platform::AlertController(QStringLiteral("Title"), QString());
+    inner->present(std::unique_ptr<ViewController>(alert), false);
+    QCOMPARE(m_window->platform()->topmostViewController(), alert);
+}
+
+void tst_Window::backKeyLeads_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("escape") << static_cast<int>(Qt::Key_Escape);
+    QTest::newRow("back") << static_cast<int>(Qt::Key_Back);
+}
+
+void tst_Window::backKeyLeads()
+{
+    QFETCH(int, key);
+    View::setAnimationsEnabled(false);
+    const QPointer<Screen> first = new Screen;
+    first->leaves = true;
+    auto *stack = new NavigationController(std::unique_ptr<ViewController>(first.data()));
+    m_window->root()->present(std::unique_ptr<ViewController>(stack), false);
+    const QPointer<Screen> second = new Screen;
+    stack->pushViewController(std::unique_ptr<ViewController>(second.data()), false);
+
+    QTest::keyClick(m_window->window(), static_cast<Qt::Key>(key));
+    QTRY_VERIFY(!second);
+    QTest::keyClick(m_window->window(), static_cast<Qt::Key>(key));
+    QTRY_VERIFY(!first);
+    QCOMPARE(m_window->hostEvents(), 0);
+    View::setAnimationsEnabled(true);
+}
+
+void tst_Window::backKeyStaysTheHostsWithoutScreens()
+{
+    m_window->platform();
+    QTest::keyClick(m_window->window(), Qt::Key_Escape);
+    QCOMPARE(m_window->hostEvents(), 1);
+}
+
+void tst_Window::keepsTheHostOut()
+{
+    Screen *screen = present();
+    m_window->tap(QPointF(100, 100));
+    QTest::mouseClick(m_window->window(), Qt::LeftButton, {}, QPoint(200, 200));
+    QTest::keyClick(m_window->window(), Qt::Key_A);
+    QCOMPARE(m_window->hostEvents(), 0);
+    screen->dismiss(false);
+    m_window->tap(QPointF(100, 100));
+    QVERIFY(m_window->hostEvents() > 0);
+}
+
+void tst_Window::keepsTheFocusInside()
+{
+    addStop(m_window->hostItem());
+    Screen *screen = present();
+    const QQuickItem *first = addStop(screen->view());
+    const QQuickItem *second = addStop(screen->view());
+    const auto press = [&](Qt::Key key) { QTest::keyClick(m_window->window(), key); };
+    press(Qt::Key_Tab);
+    QTRY_COMPARE(m_window->window()->activeFocusItem(), first);
+    press(Qt::Key_Tab);
+    QTRY_COMPARE(m_window->window()->activeFocusItem(), second);
+    press(Qt::Key_Tab);
+    QTRY_COMPARE(m_window->window()->activeFocusItem(), first);
+    press(Qt::Key_Backtab);
+    QTRY_COMPARE(m_window->window()->activeFocusItem(), second);
+    m_window->hostItem()->forceActiveFocus();
+    QTRY_VERIFY(screen->view()->isAncestorOf(m_window->window()->activeFocusItem()));
+}
+
+void tst_Window::givesTheFocusBack()
+{
+    Screen *lower = present();
+    QQuickItem *lowerStop = addStop(lower->view());
+    lowerStop->forceActiveFocus();
+    Screen *upper = present(lower);
+    QTRY_VERIFY(!lowerStop->hasActiveFocus());
+    upper->dismiss(false);
+    QTRY_COMPARE(m_window->window()->activeFocusItem(), lowerStop);
+    lower->dismiss(false);
+    QTRY_COMPARE(m_window->window()->activeFocusItem(), m_window->hostItem());
+}
+
+void tst_Window::tapsReachViewsBuiltInCode()
+{
+    Screen *screen = present();
+    auto *dot = new View(QRectF(100, 100, 20, 20));
+    screen->view()->addSubview(dot);
+    QList<View *> tapped;
+    new Platform::TapRecognizer(dot, QStringLiteral("Dot"), [&](View *view) { tapped.append(view); });
+    m_window->tap(QPointF(110, 110));
+    QTest::mouseClick(m_window->window(), Qt::LeftButton, {}, QPoint(92, 110)); // beside it, within a finger's reach
+    QCOMPARE(tapped, (QList<View *>{dot, dot}));
+    m_window->tap(QPointF(160, 110));
+    QTest::keyClick(m_window->window(), Qt::Key_Tab);
+    QTest::keyClick(m_window->window(), Qt::Key_Space);
+    QCOMPARE(tapped.size(), 3);
+    screen->view()->setUserInteractionEnabled(false);
+    m_window->tap(QPointF(110, 110));
+    QCOMPARE(tapped.size(), 3);
+}
+
+void tst_Window::opensAddresses()
+{
+    Opener opener;
+    Platform::Application::setURLOpener(&opener);
+    Platform::Application::openSettings();
+    QCOMPARE(opener.opened, QList<QUrl>{QUrl(QStringLiteral("app-settings:"))});
+    Platform::Application::setURLOpener(nullptr);
+    QVERIFY(Platform::Application::urlOpener().canOpen(QUrl(QStringLiteral("tel:123"))));
+    QVERIFY(!Platform::Application::urlOpener().canOpen(QUrl(QStringLiteral("no address"))));
+}
+
+QTEST_MAIN(tst_Window)
+#include "tst_Window.moc"
