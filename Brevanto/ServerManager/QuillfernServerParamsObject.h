@@ -52,7 +52,8 @@ public:
     QString separateURL() const { return m_separateURL; }
     void setSeparateURL(const QString &separateURL) { m_separateURL = separateURL; }
 
-    // Query of a GET, body of a POST. Values are escaped already. Sent in the order of their keys.
+    // Query of a GET, body of a POST. Values are escaped already. Sent in the order of their keys. Leave it absent
+    // rather than empty: a POST without image or file cannot be made from an empty one, which is a fault.
     const std::optional<QVariantMap> &paramsDict() const { return m_paramsDict; }
     void setParamsDict(const std::optional<QVariantMap> &paramsDict) { m_paramsDict = paramsDict; }
 

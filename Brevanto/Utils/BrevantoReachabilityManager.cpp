@@ -2,8 +2,8 @@
 
 #include "Brevanto/BrevantoConstants.h"
 #include "Brevanto/Reachability/BrevantoReachability.h"
-#include "Brevanto/Utils/BrevantoUtils.h"
 #include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/Interface/SystemFont.h"
 
 #include <QCoreApplication>
 #include <QMutex>
@@ -55,7 +55,7 @@ BrevantoReachabilityManager::BrevantoReachabilityManager()
     m_noNetworkLabel = new Platform::Label(frame);
     m_noNetworkLabel->setText(QStringLiteral("No internet connection"));
     m_noNetworkLabel->setTextColor(Qt::white);
-    m_noNetworkLabel->setFont(BrevantoUtils::mediumFont(16));
+    m_noNetworkLabel->setFont(Platform::SystemFont::medium(16));
     m_noNetworkLabel->setTextAlignment(Qt::AlignHCenter);
     m_noNetworkView->addSubview(m_noNetworkLabel);
 }

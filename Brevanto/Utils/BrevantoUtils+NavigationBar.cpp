@@ -2,6 +2,7 @@
 #include "Brevanto/Utils/BrevantoUtils.h"
 #include "Platform/Interface/NavigationController.h"
 #include "Platform/Interface/NavigationItem.h"
+#include "Platform/Interface/SystemFont.h"
 
 #include <QOperatingSystemVersion>
 #include <QPointer>
@@ -48,7 +49,7 @@ void BrevantoUtils::customizeNavBarThroughOutApp()
     }
     bar.barTintColor = Qt::black;
     bar.tintColor = Qt::white;
-    bar.titleFont = mediumFont(16);
+    bar.titleFont = SystemFont::medium(16);
     bar.titleColor = Qt::white;
 }
 

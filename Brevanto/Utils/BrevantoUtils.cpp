@@ -112,16 +112,6 @@ QString BrevantoUtils::stringByRemovingExtraWhiteSpaces(const QString &string)
     return text;
 }
 
-QFont BrevantoUtils::mediumFont(qreal size)
-{
-    QFont font;
-    font.setFamilies({QStringLiteral("Avenir"), QStringLiteral("Inter"), QStringLiteral("Roboto"), font.family()});
-    font.setWeight(QFont::Medium);
-    font.setStyleHint(QFont::SansSerif);
-    font.setPixelSize(qRound(size));
-    return font;
-}
-
 QImage BrevantoUtils::getContextRef()
 {
     QImage bitmap(iconSize, iconSize, QImage::Format_RGBA8888_Premultiplied);

@@ -4,8 +4,6 @@
 #include "Platform/Interface/ActivityIndicator.h"
 #include "Platform/Interface/AlertController.h"
 
-#include <QFont>
-
 #include <memory>
 
 // The look that the SDK's screens share, and small routines that several of them use. For the main thread only.
@@ -24,9 +22,6 @@ public:
 
     // Server text with "<br>" as its only line break, without blank lines and doubled spaces. Null for null.
     static QString stringByRemovingExtraWhiteSpaces(const QString &string);
-
-    // Avenir Medium, or the nearest face that the device has, with a size in points of the screen.
-    static QFont mediumFont(qreal size);
 
     // Sets the appearance that navigation bars start from.
     static void customizeNavBarThroughOutApp();

@@ -1,0 +1,184 @@
+#include "Brevanto/BrevantoAdVC.h"
+
+#include "Brevanto/HotspotOptions.h"
+#include "Brevanto/HotspotPlacement.h"
+#include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/Model/BrevantoRecentsFileManager.h"
+#include "Brevanto/Reachability/BrevantoReachability.h"
+#include "Brevanto/ServerManager/BrevantoServerManager.h"
+#include "Brevanto/Utils/BrevantoHotspotView.h"
+#include "Brevanto/Utils/BrevantoReachabilityManager.h"
+#include "Brevanto/Utils/BrevantoUtils.h"
+#include "Platform/Foundation/DispatchQueue.h"
+#include "Platform/Interface/AlertController.h"
+#include "Platform/Interface/NavigationController.h"
+#include "Platform/Interface/TapRecognizer.h"
+#include "Platform/Interface/Window.h"
+
+namespace
+{
+
+std::optional<float> percent(const QVariant &field)
+{
+    const std::optional<double> number = BrevantoFields::number(field);
+    return number ? std::optional(static_cast<float>(*number)) : std::nullopt;
+}
+
+} // namespace
+
+void BrevantoAdVC::connectOutlets()
+{
+    m_backgroundImageView = outlet<Platform::ImageView>(QStringLiteral("backgroundImageView"));
+}
+
+void BrevantoAdVC::viewDidLoad()
+{
+    ViewController::viewDidLoad();
+    if (navigationController())
+        navigationController()->setNavigationBarHidden(false);
+    m_layoutCount = 0;
+    const std::shared_ptr<BrevantoMatch> first = firstMatch();
+    const QString title = first ? BrevantoFields::text(first->title()) : QString();
+    BrevantoUtils::customizeNavBarFor(this, title, true, false, true);
+    m_dummyPopoverView = new Platform::View(view()->bounds());
+    m_dummyPopoverView->setParent(this);
+    m_dummyPopoverView->setBackgroundColor(Qt::transparent);
+}
+
+void BrevantoAdVC::viewWillAppear(bool animated)
+{
+    ViewController::viewWillAppear(animated);
+    BrevantoReachabilityManager::instance()->addObserverForReachability(this);
+    if (navigationController())
+        navigationController()->setNavigationBarHidden(false);
+    Platform::Application::setStatusBarHidden(false);
+}
+
+void BrevantoAdVC::viewWillDisappear(bool animated)
+{
+    ViewController::viewWillDisappear(animated);
+    BrevantoReachabilityManager::instance()->removeObserverForReachability();
+}
+
+void BrevantoAdVC::viewDidLayoutSubviews()
+{
+    ViewController::viewDidLayoutSubviews();
+    ++m_layoutCount;
+    if (m_layoutCount == 1)
+        doInitialSetup();
+}
+
+void BrevantoAdVC::doInitialSetup()
+{
+    m_backgroundImageView->setClip(true);
+    m_backgroundImageView->setContentMode(Platform::ContentMode::ScaleAspectFit);
+    if (!m_matchGroup)
+        return;
+
+    const std::shared_ptr<BrevantoMatch> first = firstMatch();
+    setImageLoading(true);
+    const QPointer<QObject> self(this);
+    BrevantoServerManager::sharedServerManager()->getImage(
+        first ? BrevantoFields::text(first->backgroundImageUrl()) : QString(),
+        // On the session's thread, where no item may be touched: accepting taps waits for the main thread as well.
+        [self, this](const Platform::Image &image) {
+            Platform::DispatchQueue::mainAsync(self, [this, image] {
+                setImageLoading(false);
+                m_backgroundImageView->setUserInteractionEnabled(true);
+                if (!image.isNull())
+                    m_backgroundImageView->setImage(image);
+                addHotspotsToImageView();
+            });
+        },
+        [self, this](const std::optional<Platform::URLError> &) {
+            Platform::DispatchQueue::mainAsync(self, [this] { setImageLoading(false); });
+        });
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager({m_matchGroup});
+}
+
+QRectF BrevantoAdVC::frameForImage(const Platform::Image &image, const Platform::ImageView *imageView)
+{
+    return HotspotPlacement::aspectFitRect(image.size(), imageView->frame().size());
+}
+
+void BrevantoAdVC::addHotspotsToImageView()
+{
+    const QRectF imageRect = frameForImage(m_backgroundImageView->image(), m_backgroundImageView);
+    if (imageRect.isEmpty())
+        return;
+    for (qint32 index = 0; index < m_matchGroup->listOfMatches().size(); ++index)
+        addHotspot(*m_matchGroup->listOfMatches().at(index), imageRect, index);
+}
+
+void BrevantoAdVC::addHotspot(const BrevantoMatch &match, const QRectF &imageRect, qint32 index)
+{
+    const QPointF center =
+        HotspotPlacement::markerCenter(imageRect, percent(match.xPercent()), percent(match.yPercent()), index);
+    constexpr qreal size = HotspotPlacement::markerSize;
+    auto *hotspot = new BrevantoHotspotView(QRectF(center.x() - size / 2, center.y() - size / 2, size, size));
+    hotspot->setTag(firstHotspotTag + index);
+    const QString title = BrevantoFields::text(match.title());
+    const QString name = title.isEmpty() ? tr("Hotspot %1").arg(index + 1) : title;
+    new Platform::TapRecognizer(hotspot, name, [this, hotspot](Platform::View *) { tappedOnHotSpotView(hotspot); });
+    m_backgroundImageView->addSubview(hotspot);
+    hotspot->startAnimating();
+}
+
+void BrevantoAdVC::stopOrStartAnimateHotspotView(bool start)
+{
+    for (qint32 index = 0; index < m_matchGroup->listOfMatches().size(); ++index) {
+        auto *hotspot = qobject_cast<BrevantoHotspotView *>(view()->viewWithTag(firstHotspotTag + index));
+        if (!hotspot)
+            continue;
+        if (start)
+            hotspot->startAnimating();
+        else
+            hotspot->stopAnimating();
+    }
+}
+
+void BrevantoAdVC::tappedOnHotSpotView(BrevantoHotspotView *hotSpotView)
+{
+    hotSpotViewTapped(hotSpotView);
+}
+
+void BrevantoAdVC::hotSpotViewTapped(BrevantoHotspotView *hotSpotView)
+{
+    BrevantoReachabilityManager *reachability = BrevantoReachabilityManager::instance();
+    if (reachability->reachabilty()->currentReachabilityStatus() == BrevantoReachabilityStatusNone)
+        reachability->animateNoInternetConnectionLabel();
+    m_activeMatchObject = m_matchGroup->listOfMatches().value(hotSpotView->tag() - firstHotspotTag);
+    if (!m_activeMatchObject)
+        return;
+    const HotspotOptions offered = HotspotOptions::offeredBy(*m_activeMatchObject);
+    if (offered.titles.isEmpty()) {
+        present(BrevantoUtils::getAlertController(QStringLiteral("Brevanto"),
+                                                  QStringLiteral("Hotspot data not available.")),
+                true);
+        return;
+    }
+}
+
+void BrevantoAdVC::navBarBackButtonAction()
+{
+    if (navigationController())
+        navigationController()->popViewController(true);
+}
+
+void BrevantoAdVC::popoverPresentationControllerDidDismissPopover()
+{
+    stopOrStartAnimateHotspotView(true);
+}
+
+std::shared_ptr<BrevantoMatch> BrevantoAdVC::firstMatch() const
+{
+    return m_matchGroup ? m_matchGroup->listOfMatches().value(0) : nullptr;
+}
+
+void BrevantoAdVC::setImageLoading(bool loading)
+{
+    if (m_isImageLoading == loading)
+        return;
+    m_isImageLoading = loading;
+    Q_EMIT imageLoadingChanged();
+}

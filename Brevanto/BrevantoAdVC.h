@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Brevanto/Model/BrevantoMatchGroup.h"
+#include "Platform/Graphics/Image.h"
+#include "Platform/Interface/ImageView.h"
+#include "Platform/Interface/ViewController.h"
+
+#include <memory>
+
+class BrevantoHotspotView;
+
+// The ad screen: the ad image of one match group and, over it, a pulsing marker for each of its matches. It saves its
+// group to the recents once it is laid out.
+class BrevantoAdVC : public Platform::ViewController
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The storyboard makes it")
+    // Whether the ad image is on its way.
+    Q_PROPERTY(bool isImageLoading READ isImageLoading NOTIFY imageLoadingChanged)
+
+public:
+    // Tag of the marker of the first match; the others follow in the order of the matches.
+    static constexpr int firstHotspotTag = 11223344;
+
+    // The group shown, with at least one match; to be set before the screen is shown and not changed afterwards.
+    std::shared_ptr<BrevantoMatchGroup> matchGroup() const { return m_matchGroup; }
+    void setMatchGroup(const std::shared_ptr<BrevantoMatchGroup> &matchGroup) { m_matchGroup = matchGroup; }
+
+    // The match whose marker was tapped last; null before the first tap.
+    std::shared_ptr<BrevantoMatch> activeMatchObject() const { return m_activeMatchObject; }
+
+    // A view as large as the screen's root view, to dim what lies behind popovers; not on the screen until then.
+    Platform::View *dummyPopoverView() const { return m_dummyPopoverView; }
+
+    // Shows the ad image; the markers are its subviews.
+    Platform::ImageView *backgroundImageView() const { return m_backgroundImageView; }
+
+    // How many layout passes there were; the first sets the screen up.
+    qint64 layoutCount() const { return m_layoutCount; }
+    bool isImageLoading() const { return m_isImageLoading; }
+
+    // The rectangle, in the image view's coordinates, that an image covers when it is fitted into the view. Reckoned in
+    // single precision. Empty for an image or a view without a size.
+    static QRectF frameForImage(const Platform::Image &image, const Platform::ImageView *imageView);
+
+    void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
+    void viewWillDisappear(bool animated) override;
+    void viewDidLayoutSubviews() override;
+    bool prefersStatusBarHidden() const override { return false; }
+
+    void doInitialSetup();
+    // Lays the markers over the image, pulsing. Without an image there is no place for them, and none appears.
+    void addHotspotsToImageView();
+    // Starts or stops the pulse of every marker that is on the screen.
+    void stopOrStartAnimateHotspotView(bool start);
+
+    void tappedOnHotSpotView(BrevantoHotspotView *hotSpotView);
+    // Makes the marker's match the active one and says so when it has nothing to offer.
+    void hotSpotViewTapped(BrevantoHotspotView *hotSpotView);
+
+    Q_INVOKABLE void navBarBackButtonAction();
+
+    void popoverPresentationControllerDidDismissPopover();
+    // Popovers stay popovers on narrow screens.
+    static int adaptivePresentationStyleForPresentationController() { return -1; }
+
+Q_SIGNALS:
+    void imageLoadingChanged();
+
+protected:
+    void connectOutlets() override;
+
+private:
+    std::shared_ptr<BrevantoMatch> firstMatch() const;
+    void addHotspot(const BrevantoMatch &match, const QRectF &imageRect, qint32 index);
+    void setImageLoading(bool loading);
+
+    std::shared_ptr<BrevantoMatchGroup> m_matchGroup;
+    std::shared_ptr<BrevantoMatch> m_activeMatchObject;
+    Platform::View *m_dummyPopoverView = nullptr; // owned as a child
+    QPointer<Platform::ImageView> m_backgroundImageView;
+    qint64 m_layoutCount = 0;
+    bool m_isImageLoading = false;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Platform/Interface/Label.h"
+
+// A label whose text throws a soft black shadow down and to the right, which keeps it readable on pictures. For the main
+// thread only.
+class CustomLabel : public Platform::Label
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    explicit CustomLabel(QQuickItem *parent = nullptr);
+    explicit CustomLabel(const QRectF &frame);
+};

@@ -1,0 +1,144 @@
+#include "CameraScreen.h"
+
+#include "Brevanto/BrevantoBundle.h"
+#include "Platform/Interface/AlertController.h"
+#include "Platform/Interface/Window.h"
+#include "support/TestImages.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+QQuickItem *itemWithText(QQuickItem *root, const QString &text)
+{
+    if (root->isVisible() && root->property("text").toString() == text)
+        return root;
+    const QList<QQuickItem *> children = root->childItems();
+    for (QQuickItem *child : children) {
+        if (QQuickItem *found = itemWithText(child, text))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+CameraScreen::CameraScreen(const QSize &size)
+    : window(size)
+    , m_address(server.url(QString()))
+{
+    network();
+    Platform::View::setAnimationsEnabled(false);
+    camera->jpeg = TestImages::jpeg(TestImages::quarters({300, 400}));
+    Platform::CaptureDevice::registerDevice(camera);
+    prepareAnswer(matches({}));
+}
+
+CameraScreen::~CameraScreen()
+{
+    network().setOnline();
+    Platform::CaptureDevice::unregisterDevice(camera);
+    Platform::View::setAnimationsEnabled(true);
+}
+
+FakeReachability &CameraScreen::network()
+{
+    static FakeReachability network;
+    return network;
+}
+
+void CameraScreen::open()
+{
+    auto made = brevantoStoryboard().instantiate<BrevantoCameraVC>(QStringLiteral("BrevantoCameraVC"));
+    screen = made.get();
+    auto stack = std::make_unique<Platform::NavigationController>(std::move(made));
+    navigation = stack.get();
+    bool appeared = false;
+    Platform::Window::of(window.window())->rootViewController()->present(std::move(stack), false, [&] {
+        appeared = true;
+    });
+    if (!QTest::qWaitFor([&] { return appeared; }))
+        qFatal("The camera screen did not appear");
+}
+
+QQuickItem *CameraScreen::item(const QString &objectName) const
+{
+    return screen->view()->findChild<QQuickItem *>(objectName);
+}
+
+void CameraScreen::tap(const QString &objectName)
+{
+    window.tap(item(objectName));
+}
+
+Platform::AlertController *CameraScreen::alert() const
+{
+    return screen ? qobject_cast<Platform::AlertController *>(screen->presentedViewController()) : nullptr;
+}
+
+QString CameraScreen::alertTitle() const
+{
+    const Platform::AlertController *shown = alert();
+    return shown ? shown->title() : QString();
+}
+
+void CameraScreen::choose(const QString &buttonTitle)
+{
+    const QPointer<Platform::AlertController> shown(alert());
+    QQuickItem *button = nullptr;
+    if (!QTest::qWaitFor([&] {
+            button = itemWithText(window.window()->contentItem(), buttonTitle);
+            return button != nullptr;
+        }))
+        qFatal("The alert has no button \"%s\"", qPrintable(buttonTitle));
+    if (!QTest::qWaitFor([&] {
+            if (shown)
+                window.tap(button);
+            return !shown;
+        }))
+        qFatal("The alert stays");
+}
+
+bool CameraScreen::advanceUntil(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(
+        [&] {
+            if (condition())
+                return true;
+            clock.advance(5ms);
+            return condition();
+        },
+        10000);
+}
+
+void CameraScreen::shoot()
+{
+    const int before = server.requestCount();
+    tap(QStringLiteral("captureButton"));
+    if (!advanceUntil([this] { return screen->isRequestOnProcess(); }))
+        qFatal("The upload did not start");
+    if (!QTest::qWaitFor([&] { return server.requestCount() > before; }))
+        qFatal("The upload did not arrive");
+}
+
+RawServer::Answer CameraScreen::matches(const QStringList &adImages)
+{
+    QJsonArray list;
+    for (const QString &image : adImages)
+        list.append(QJsonObject{{QStringLiteral("app_img"), image}, {QStringLiteral("title"), image}});
+    const QJsonObject envelope{{QStringLiteral("status"), QJsonObject{{QStringLiteral("code"), 0}}},
+                               {QStringLiteral("matches"), list}};
+    return RawServer::Answer::json(QJsonDocument(envelope).toJson());
+}
+
+void CameraScreen::prepareAnswer(RawServer::Answer answer)
+{
+    answer.stage = RawServer::Stage::Nothing;
+    server.setAnswer(answer);
+}

@@ -1,0 +1,483 @@
+#include "CameraScreen.h"
+
+#include "Brevanto/BrevantoConstants.h"
+#include "Brevanto/Utils/BrevantoHotspotView.h"
+#include "Brevanto/Utils/BrevantoReachabilityManager.h"
+#include "Brevanto/Utils/BrevantoUtils.h"
+#include "Platform/Interface/AlertController.h"
+#include "Platform/Interface/ShapeLayer.h"
+#include "Platform/Interface/Window.h"
+#include "support/TestImages.h"
+
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace std::chrono_literals;
+using Platform::CaptureAuthorizationStatus;
+
+namespace
+{
+
+const QStringList controls = {QStringLiteral("captureButton"), QStringLiteral("recentsButton"),
+                              QStringLiteral("flashButton"), QStringLiteral("infoButton"),
+                              QStringLiteral("closeButton")};
+
+QRectF inWindow(const QQuickItem *item)
+{
+    return item->mapRectToScene(item->boundingRect());
+}
+
+// White pixels on the middle of the guide's left edge.
+int guidePixels(CameraScreen &camera)
+{
+    const QRectF guide = inWindow(camera.item(QStringLiteral("dashedView")));
+    const QImage shot = camera.window.grab();
+    int white = 0;
+    for (int y = int(guide.top()) + 10; y < int(guide.bottom()) - 10; ++y)
+        white += qGray(shot.pixel(int(guide.left()), y)) > 200 ? 1 : 0;
+    return white;
+}
+
+} // namespace
+
+class tst_BrevantoCameraVC : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void preparesTheCamera();
+    void checksThePermission_data();
+    void checksThePermission();
+    void leavesFromPermissionAlert_data();
+    void leavesFromPermissionAlert();
+    void startsOnceTheUserAgrees();
+    void saysSoWhenTheUserDeclines();
+    void livesWithoutCamera();
+    void switchesTheFlash();
+    void switchesNoFlash_data();
+    void switchesNoFlash();
+    void pinches_data();
+    void pinches();
+    void pinchesWithTwoFingers();
+    void showsTheGuide();
+    void guideFollowsTheWindow();
+    void laysOutControls_data();
+    void laysOutControls();
+    void staysClearOfTheBanner();
+    void appearsAgainWithoutStartingAgain();
+    void resumesThePreviewOnReturn();
+    void worksByKeyboard();
+    void closesAndReleasesTheCamera_data();
+    void closesAndReleasesTheCamera();
+    void splash_data();
+    void splash();
+};
+
+void tst_BrevantoCameraVC::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+}
+
+void tst_BrevantoCameraVC::preparesTheCamera()
+{
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    QCOMPARE(camera.camera->mode, Platform::CaptureFlashMode::Off);
+    QCOMPARE(camera.camera->focus, Platform::CaptureFocusMode::ContinuousAutoFocus);
+    QCOMPARE(camera.screen->captureSession()->sessionPreset(), Platform::CaptureSessionPreset::Photo);
+    QCOMPARE(kScreenWidth, 390.0);
+    QCOMPARE(kScreenHeight, 844.0);
+    QVERIFY(Platform::Application::isStatusBarHidden());
+    QVERIFY(camera.navigation->isNavigationBarHidden());
+    QVERIFY(!camera.item(QStringLiteral("blurView"))->isVisible());
+    QVERIFY(!camera.item(QStringLiteral("spinnerView"))->isVisible());
+}
+
+void tst_BrevantoCameraVC::checksThePermission_data()
+{
+    QTest::addColumn<CaptureAuthorizationStatus>("status");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QStringList>("buttons");
+    QTest::newRow("open") << CaptureAuthorizationStatus::NotDetermined << QString() << QString() << QStringList();
+    QTest::newRow("granted") << CaptureAuthorizationStatus::Authorized << QString() << QString() << QStringList();
+    QTest::newRow("restricted") << CaptureAuthorizationStatus::Restricted << QStringLiteral("Zovra")
+                                << QStringLiteral("Access for Camera is restricted")
+                                << QStringList{QStringLiteral("Ok/0")};
+    QTest::newRow("denied") << CaptureAuthorizationStatus::Denied << QStringLiteral("Camera Disabled")
+                            << QStringLiteral("Enable in Settings")
+                            << QStringList{QStringLiteral("Cancel/1"), QStringLiteral("Settings/0")};
+}
+
+void tst_BrevantoCameraVC::checksThePermission()
+{
+    QFETCH(CaptureAuthorizationStatus, status);
+    QFETCH(QStringList, buttons);
+    Permission permission(status);
+    CameraScreen camera;
+    camera.open();
+    QTRY_COMPARE(camera.alert() != nullptr, !buttons.isEmpty());
+    QCOMPARE(camera.item(QStringLiteral("captureButton"))->isEnabled(), buttons.isEmpty());
+    QCOMPARE(camera.item(QStringLiteral("flashButton"))->isEnabled(), buttons.isEmpty());
+    if (buttons.isEmpty())
+        return;
+    QTEST(camera.alert()->title(), "title");
+    QTEST(camera.alert()->message(), "message");
+    QStringList shown;
+    for (const Platform::AlertAction &action : camera.alert()->actions())
+        shown += QStringLiteral("%1/%2").arg(action.title, QString::number(int(action.style)));
+    QCOMPARE(shown, buttons);
+    camera.window.grab(QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
+}
+
+void tst_BrevantoCameraVC::leavesFromPermissionAlert_data()
+{
+    QTest::addColumn<CaptureAuthorizationStatus>("status");
+    QTest::addColumn<QString>("button");
+    QTest::newRow("restricted") << CaptureAuthorizationStatus::Restricted << QStringLiteral("Ok");
+    QTest::newRow("denied") << CaptureAuthorizationStatus::Denied << QStringLiteral("Cancel");
+    QTest::newRow("settings") << CaptureAuthorizationStatus::Denied << QStringLiteral("Settings");
+}
+
+void tst_BrevantoCameraVC::leavesFromPermissionAlert()
+{
+    QFETCH(CaptureAuthorizationStatus, status);
+    QFETCH(QString, button);
+    Permission permission(status);
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.alert());
+    camera.choose(button);
+    QTRY_VERIFY(!camera.navigation && !camera.screen);
+    QVERIFY(!Platform::Window::of(camera.window.window())->rootViewController()->presentedViewController());
+}
+
+void tst_BrevantoCameraVC::startsOnceTheUserAgrees()
+{
+    Permission permission(CaptureAuthorizationStatus::NotDetermined);
+    CameraScreen camera;
+    camera.camera->needsPermission = true;
+    camera.open();
+    QCOMPARE(permission.questions, 1);
+    QVERIFY(!camera.screen->captureSession());
+    QVERIFY(camera.item(QStringLiteral("captureButton"))->isEnabled());
+
+    permission.answer(true);
+    QTRY_VERIFY(camera.camera->isDelivering);
+    QVERIFY(!camera.alert());
+    camera.shoot();
+}
+
+void tst_BrevantoCameraVC::saysSoWhenTheUserDeclines()
+{
+    Permission permission(CaptureAuthorizationStatus::NotDetermined);
+    CameraScreen camera;
+    camera.camera->needsPermission = true;
+    camera.open();
+    permission.answer(false);
+    QTRY_COMPARE(camera.alertTitle(), QStringLiteral("Camera Disabled"));
+    QVERIFY(!camera.item(QStringLiteral("captureButton"))->isEnabled());
+    QCOMPARE(camera.camera->startCount, 0);
+}
+
+void tst_BrevantoCameraVC::livesWithoutCamera()
+{
+    CameraScreen camera;
+    Platform::CaptureDevice::unregisterDevice(camera.camera);
+    if (BrevantoCameraVC::getBackCam())
+        QSKIP("This machine has a camera");
+    camera.open();
+    camera.tap(QStringLiteral("flashButton"));
+    camera.screen->pinched(BrevantoCameraVC::Began, 1.0);
+    camera.screen->pinched(BrevantoCameraVC::Changed, 2.0);
+    camera.tap(QStringLiteral("captureButton"));
+    QTRY_COMPARE(camera.alertTitle(), QStringLiteral("Camera Disabled"));
+    QVERIFY(!camera.item(QStringLiteral("captureButton"))->isEnabled());
+    camera.window.grab(QStringLiteral("camera-none"));
+    camera.choose(QStringLiteral("Cancel"));
+    QVERIFY(camera.isOpen());
+}
+
+void tst_BrevantoCameraVC::switchesTheFlash()
+{
+    CameraScreen camera;
+    camera.open();
+    const QQuickItem *button = camera.item(QStringLiteral("flashButton"));
+    for (const bool isOn : {true, false, true}) {
+        camera.tap(QStringLiteral("flashButton"));
+        QTRY_COMPARE(camera.camera->isFlashActive(), isOn);
+        QCOMPARE(button->property("selected").toBool(), isOn);
+        QVERIFY(camera.camera->mode != Platform::CaptureFlashMode::Auto);
+    }
+    camera.screen->updateFlashButtonVisibility();
+    QVERIFY(button->isVisible());
+    camera.camera->flash = false;
+    camera.screen->updateFlashButtonVisibility();
+    QVERIFY(!button->isVisible());
+}
+
+void tst_BrevantoCameraVC::switchesNoFlash_data()
+{
+    QTest::addColumn<bool>("hasFlash");
+    QTest::addColumn<bool>("selected");
+    QTest::newRow("no flash") << false << false;
+    QTest::newRow("refused") << true << true;
+}
+
+void tst_BrevantoCameraVC::switchesNoFlash()
+{
+    QFETCH(bool, hasFlash);
+    CameraScreen camera;
+    camera.camera->flash = hasFlash;
+    camera.camera->refusesConfiguration = true;
+    camera.open();
+    QSignalSpy clicks(camera.item(QStringLiteral("flashButton")), SIGNAL(clicked()));
+    camera.tap(QStringLiteral("flashButton"));
+    QTRY_COMPARE(clicks.count(), 1);
+    QTEST(camera.item(QStringLiteral("flashButton"))->property("selected").toBool(), "selected");
+    QCOMPARE(camera.camera->mode, Platform::CaptureFlashMode::Auto);
+    QVERIFY(camera.item(QStringLiteral("flashButton"))->isVisible());
+}
+
+void tst_BrevantoCameraVC::pinches_data()
+{
+    QTest::addColumn<qreal>("maximum");
+    QTest::addColumn<qreal>("from");
+    QTest::addColumn<qreal>("scale");
+    QTest::addColumn<qreal>("zoom");
+    QTest::newRow("in") << 8.0 << 1.5 << 2.0 << 3.0;
+    QTest::newRow("out") << 8.0 << 4.0 << 0.5 << 2.0;
+    QTest::newRow("to the widest") << 8.0 << 2.0 << 0.5 << 1.0;
+    QTest::newRow("too wide") << 8.0 << 1.0 << 0.8 << 1.0;
+    QTest::newRow("just below the limit") << 8.0 << 1.0 << 5.999 << 5.999;
+    QTest::newRow("at the limit") << 8.0 << 2.0 << 3.0 << 2.0;
+    QTest::newRow("at the device's lower limit") << 4.0 << 2.0 << 2.0 << 2.0;
+    QTest::newRow("below the device's lower limit") << 4.0 << 2.0 << 1.9 << 3.8;
+}
+
+void tst_BrevantoCameraVC::pinches()
+{
+    QFETCH(qreal, from);
+    QFETCH(qreal, scale);
+    CameraScreen camera;
+    QFETCH(qreal, maximum);
+    camera.camera->maximumZoom = maximum;
+    camera.camera->zoom = from;
+    camera.open();
+    camera.screen->pinched(BrevantoCameraVC::Began, 1.0);
+    camera.screen->pinched(BrevantoCameraVC::Changed, scale);
+    camera.screen->pinched(BrevantoCameraVC::Ended, scale * 1.1);
+    QTEST(camera.camera->zoom, "zoom");
+}
+
+void tst_BrevantoCameraVC::pinchesWithTwoFingers()
+{
+    CameraScreen camera;
+    camera.open();
+    const std::unique_ptr<QPointingDevice> fingers(QTest::createTouchDevice());
+    QQuickWindow *window = camera.window.window();
+    const QPoint middle(195, 400);
+    QTest::touchEvent(window, fingers.get()).press(0, middle - QPoint(0, 40)).press(1, middle + QPoint(0, 40));
+    for (int distance = 40; distance <= 120; distance += 8)
+        QTest::touchEvent(window, fingers.get())
+            .move(0, middle - QPoint(0, distance))
+            .move(1, middle + QPoint(0, distance));
+    QTest::touchEvent(window, fingers.get()).release(0, middle - QPoint(0, 120)).release(1, middle + QPoint(0, 120));
+    QTRY_VERIFY(camera.camera->zoom > 1.5);
+    QVERIFY(camera.camera->zoom < 3.5);
+}
+
+void tst_BrevantoCameraVC::showsTheGuide()
+{
+    CameraScreen camera;
+    camera.open();
+    QTest::qWait(0);
+    QCOMPARE(guidePixels(camera), 0);
+    camera.tap(QStringLiteral("infoButton"));
+    QTRY_VERIFY(guidePixels(camera) > 0);
+    // Ten points drawn, five left out.
+    const qreal height = camera.item(QStringLiteral("dashedView"))->height() - 20;
+    const qreal share = guidePixels(camera) / height;
+    QVERIFY2(share > 0.55 && share < 0.8, qPrintable(QString::number(share)));
+    QVERIFY(camera.item(QStringLiteral("infoButton"))->property("selected").toBool());
+    camera.window.grab(QStringLiteral("camera-guide"));
+    camera.tap(QStringLiteral("infoButton"));
+    QTRY_COMPARE(guidePixels(camera), 0);
+}
+
+void tst_BrevantoCameraVC::guideFollowsTheWindow()
+{
+    CameraScreen camera;
+    camera.open();
+    camera.tap(QStringLiteral("infoButton"));
+    const QQuickItem *dashed = camera.item(QStringLiteral("dashedView"));
+    const auto *guide = dashed->findChild<Platform::ShapeLayer *>();
+    const QSizeF portrait = guide->bounds().size();
+    camera.window.window()->resize(844, 390);
+    QTRY_VERIFY(guide->bounds().size() != portrait);
+    QTRY_COMPARE(guide->bounds().size(), dashed->size());
+    QCOMPARE(dashed->childItems(), QList<QQuickItem *>{const_cast<Platform::ShapeLayer *>(guide)});
+    const QQuickItem *preview = camera.item(QStringLiteral("previewView"));
+    QTRY_COMPARE(preview->childItems().constFirst()->size(), preview->size());
+    QVERIFY(guidePixels(camera) > 0);
+}
+
+void tst_BrevantoCameraVC::laysOutControls_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("portrait") << QSize(390, 844);
+    QTest::newRow("small") << QSize(320, 568);
+    QTest::newRow("landscape") << QSize(844, 390);
+    QTest::newRow("small-landscape") << QSize(568, 320);
+    QTest::newRow("tablet") << QSize(768, 1024);
+}
+
+void tst_BrevantoCameraVC::laysOutControls()
+{
+    QFETCH(QSize, size);
+    CameraScreen camera(size);
+    camera.open();
+    camera.window.grab(QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
+    const QRectF screen(QPointF(0, 0), QSizeF(size));
+    const QRectF bar = inWindow(camera.item(QStringLiteral("bottomBar")));
+    const QRectF guide = inWindow(camera.item(QStringLiteral("dashedView")));
+    QVERIFY(screen.contains(guide));
+    QVERIFY(!guide.intersects(bar));
+    QVERIFY(guide.width() > 100 && guide.height() > 100);
+    for (qsizetype i = 0; i < controls.size(); ++i) {
+        const QRectF place = inWindow(camera.item(controls[i]));
+        QVERIFY2(screen.contains(place), qPrintable(controls[i]));
+        QVERIFY2(place.width() >= 44 && place.height() >= 44, qPrintable(controls[i]));
+        QVERIFY2(!place.intersects(guide), qPrintable(controls[i]));
+        QCOMPARE(bar.contains(place), i < 3);
+        for (qsizetype j = 0; j < i; ++j)
+            QVERIFY2(!place.intersects(inWindow(camera.item(controls[j]))), qPrintable(controls[i]));
+    }
+}
+
+void tst_BrevantoCameraVC::staysClearOfTheBanner()
+{
+    CameraScreen camera;
+    camera.open();
+    CameraScreen::network().setOffline();
+    const Platform::View *banner = BrevantoReachabilityManager::instance()->noNetworkView();
+    QTRY_COMPARE(banner->superview(), camera.screen->view());
+    for (const QString &control : controls)
+        QVERIFY2(!inWindow(camera.item(control)).intersects(inWindow(banner)), qPrintable(control));
+    camera.window.grab(QStringLiteral("camera-offline"));
+    CameraScreen::network().setOnline();
+    QTRY_VERIFY(!banner->superview());
+}
+
+void tst_BrevantoCameraVC::appearsAgainWithoutStartingAgain()
+{
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
+    QTRY_VERIFY(!camera.screen->isVisible());
+    camera.navigation->popViewController(false);
+    QTRY_VERIFY(camera.screen->isVisible());
+    QVERIFY(camera.navigation->isNavigationBarHidden());
+    QTest::qWait(0);
+    QCOMPARE(camera.camera->startCount, 1);
+    QVERIFY(camera.camera->isDelivering);
+}
+
+void tst_BrevantoCameraVC::resumesThePreviewOnReturn()
+{
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    camera.screen->captureSession()->stopRunning();
+    camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
+    QTRY_VERIFY(!camera.screen->isVisible());
+    QVERIFY(!camera.camera->isDelivering);
+    camera.navigation->popViewController(false);
+    QTRY_VERIFY(camera.camera->isDelivering);
+}
+
+void tst_BrevantoCameraVC::worksByKeyboard()
+{
+    CameraScreen camera;
+    camera.open();
+    QQuickWindow *window = camera.window.window();
+    QSet<QString> reached;
+    for (qsizetype i = 0; i < 2 * controls.size(); ++i) {
+        QTest::keyClick(window, Qt::Key_Tab);
+        if (const QQuickItem *focus = window->activeFocusItem())
+            reached.insert(focus->objectName());
+    }
+    QCOMPARE(reached, QSet<QString>(controls.begin(), controls.end()));
+
+    QQuickItem *info = camera.item(QStringLiteral("infoButton"));
+    info->forceActiveFocus(Qt::TabFocusReason);
+    QTest::keyClick(window, Qt::Key_Space);
+    QTRY_VERIFY(camera.item(QStringLiteral("dashedView"))->isVisible());
+    QTest::keyClick(window, Qt::Key_Return);
+    QTRY_VERIFY(!camera.item(QStringLiteral("dashedView"))->isVisible());
+
+    QTest::keyClick(window, Qt::Key_Escape);
+    QTRY_VERIFY(!camera.screen);
+}
+
+void tst_BrevantoCameraVC::closesAndReleasesTheCamera_data()
+{
+    QTest::addColumn<bool>("photoUnderWay");
+    QTest::newRow("live") << false;
+    QTest::newRow("photo under way") << true;
+}
+
+void tst_BrevantoCameraVC::closesAndReleasesTheCamera()
+{
+    QFETCH(bool, photoUnderWay);
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    if (photoUnderWay) {
+        camera.camera->answers = false;
+        camera.tap(QStringLiteral("captureButton"));
+        QTRY_VERIFY(camera.camera->pending);
+    }
+    camera.tap(QStringLiteral("closeButton"));
+    QTRY_VERIFY(!camera.screen && !camera.navigation);
+    QTRY_VERIFY(!camera.camera->isDelivering);
+    QVERIFY(!Platform::Window::of(camera.window.window())->rootViewController()->presentedViewController());
+}
+
+void tst_BrevantoCameraVC::splash_data()
+{
+    QTest::addColumn<bool>("loadedBefore");
+    QTest::addColumn<int>("seconds");
+    QTest::newRow("first start") << false << 5;
+    QTest::newRow("later") << true << 2;
+}
+
+void tst_BrevantoCameraVC::splash()
+{
+    QFETCH(bool, loadedBefore);
+    QFETCH(int, seconds);
+    BrevantoUtils::setIsAppLoadedOnce(loadedBefore);
+    CameraScreen camera;
+    camera.open();
+    camera.screen->addCustomBrevantoView();
+    const QPointer<QQuickItem> mark(camera.navigation->view()->viewWithTag(302));
+    QVERIFY(qobject_cast<BrevantoHotspotView *>(mark));
+    QVERIFY(BrevantoUtils::isAppLoadedOnce());
+    // The mark stands on the right end of the centred wordmark.
+    QCOMPARE(inWindow(mark), QRectF((390 - 175) / 2.0 + 175 - 48, (844 - 24) / 2.0, 24, 24));
+    camera.window.grab(QStringLiteral("camera-splash"));
+
+    camera.clock.advance(std::chrono::seconds(seconds) - 10ms);
+    QVERIFY(camera.navigation->view()->viewWithTag(302));
+    camera.clock.advance(20ms);
+    QVERIFY(!camera.navigation->view()->viewWithTag(302));
+    QTRY_VERIFY(!mark);
+}
+
+QTEST_MAIN(tst_BrevantoCameraVC)
+#include "tst_BrevantoCameraVC.moc"

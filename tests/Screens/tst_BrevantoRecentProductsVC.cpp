@@ -1,0 +1,341 @@
+#include "ScreenWindow.h"
+#include "support/FakeReachability.h"
+#include "support/RawServer.h"
+#include "support/TestImages.h"
+
+#include "Brevanto/BrevantoAdVC.h"
+#include "Brevanto/BrevantoBundle.h"
+#include "Brevanto/BrevantoConstants.h"
+#include "Brevanto/BrevantoRecentProductsVC.h"
+#include "Brevanto/Model/BrevantoRecentsFileManager.h"
+#include "Platform/Interface/ImageView.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QTest>
+
+namespace
+{
+
+// Each row has a colour of its own.
+QColor colorOf(int row)
+{
+    return QColor::fromRgb(40 + row % 10 * 20, 40 + row / 10 % 10 * 20, 40 + row / 100 % 10 * 20);
+}
+
+int rowOf(const QColor &color)
+{
+    const auto digit = [](int channel) { return (channel - 40 + 10) / 20; };
+    return digit(color.red()) + 10 * digit(color.green()) + 100 * digit(color.blue());
+}
+
+// Answers "/<row>" with a picture of that row's colour.
+RawServer::Answer picture(const RawServer::Request &request)
+{
+    QImage image(60, 80, QImage::Format_RGB32);
+    image.fill(colorOf(request.target.mid(1).toInt()));
+    RawServer::Answer answer;
+    answer.body = TestImages::png(image);
+    return answer;
+}
+
+struct Tile {
+    QQuickItem *item;
+    int row;
+    Platform::ImageView *imageView;
+};
+
+} // namespace
+
+class tst_BrevantoRecentProductsVC : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void laysTilesInTwoColumns_data();
+    void laysTilesInTwoColumns();
+    void showsNothingForAnEmptyStore_data();
+    void showsNothingForAnEmptyStore();
+    void groupWithoutMatchesStaysBlank();
+    void tilesLookLikeCards();
+    void tapOpensTheAdScreen();
+    void enterOpensTheAdScreen();
+    void neverShowsAnotherGroupsImage();
+    void staysLightWithTenThousandGroups();
+    void survivesLeavingWhileImagesAreOnTheirWay();
+
+private:
+    BrevantoMatchGroupList groups(int count) const;
+    BrevantoRecentProductsVC *open(const QSize &window = {390, 844});
+    // The tiles alive, in sight or not.
+    static QList<Tile> tiles(const BrevantoRecentProductsVC *screen);
+    static bool areTilesFilled(const BrevantoRecentProductsVC *screen);
+
+    std::unique_ptr<FakeReachability> m_network;
+    std::unique_ptr<RawServer> m_server;
+    std::unique_ptr<ScreenWindow> m_window;
+    QPointer<Platform::NavigationController> m_stack;
+};
+
+void tst_BrevantoRecentProductsVC::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    m_network = std::make_unique<FakeReachability>();
+}
+
+void tst_BrevantoRecentProductsVC::init()
+{
+    QDir(BrevantoRecentsFileManager::getPathForRecentsInDocsFolder()).removeRecursively();
+    m_server = std::make_unique<RawServer>();
+    m_server->setHandler(picture);
+}
+
+void tst_BrevantoRecentProductsVC::cleanup()
+{
+    m_window.reset();
+    m_server.reset();
+}
+
+BrevantoMatchGroupList tst_BrevantoRecentProductsVC::groups(int count) const
+{
+    BrevantoMatchGroupList groups;
+    for (int row = 0; row < count; ++row) {
+        const QString url = m_server->url(QStringLiteral("/%1").arg(row));
+        auto match = std::make_shared<BrevantoMatch>();
+        match->setBackgroundImageUrl(url);
+        match->setTitle(QStringLiteral("Ad %1").arg(row));
+        groups.append(BrevantoMatchGroup::initWithMatches({match}, url));
+    }
+    return groups;
+}
+
+BrevantoRecentProductsVC *tst_BrevantoRecentProductsVC::open(const QSize &window)
+{
+    kScreenWidth = window.width();
+    kScreenHeight = window.height();
+    m_window = std::make_unique<ScreenWindow>(window);
+    auto screen =
+        brevantoStoryboard().instantiate<BrevantoRecentProductsVC>(QStringLiteral("BrevantoRecentProductsVC"));
+    BrevantoRecentProductsVC *shown = screen.get();
+    m_stack = m_window->push(std::move(screen));
+    return shown;
+}
+
+QList<Tile> tst_BrevantoRecentProductsVC::tiles(const BrevantoRecentProductsVC *screen)
+{
+    QList<Tile> found;
+    const QQuickItem *content = screen->recentCollectionView()->property("contentItem").value<QQuickItem *>();
+    const QList<QQuickItem *> items = content->childItems();
+    for (QQuickItem *item : items) {
+        auto *imageView = qobject_cast<Platform::ImageView *>(
+            Platform::View::viewWithTag(item, BrevantoRecentProductsVC::imageViewTag));
+        if (imageView)
+            found.append({item, item->property("row").toInt(), imageView});
+    }
+    return found;
+}
+
+bool tst_BrevantoRecentProductsVC::areTilesFilled(const BrevantoRecentProductsVC *screen)
+{
+    const QList<Tile> all = tiles(screen);
+    return !all.isEmpty() && std::all_of(all.begin(), all.end(), [](const Tile &tile) {
+        return tile.row < 0 || !tile.imageView->image().isNull();
+    });
+}
+
+void tst_BrevantoRecentProductsVC::laysTilesInTwoColumns_data()
+{
+    QTest::addColumn<QSize>("window");
+    QTest::addColumn<QSizeF>("tile");
+    QTest::newRow("320 points wide") << QSize(320, 568) << QSizeF(145, 210);
+    QTest::newRow("375 points wide") << QSize(375, 667) << QSizeF(172.5, 210);
+    QTest::newRow("393 points wide") << QSize(393, 852) << QSizeF(181.5, 210);
+}
+
+void tst_BrevantoRecentProductsVC::laysTilesInTwoColumns()
+{
+    QFETCH(QSize, window);
+    QFETCH(QSizeF, tile);
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(9));
+    const BrevantoRecentProductsVC *screen = open(window);
+    QTRY_VERIFY(areTilesFilled(screen));
+    for (const Tile &shown : tiles(screen)) {
+        const QRectF place = shown.item->mapRectToItem(screen->recentCollectionView(), {QPointF(), shown.item->size()});
+        const QPointF origin(10 + (shown.row % 2) * (tile.width() + 10), 10 + (shown.row / 2) * 220.0);
+        QCOMPARE(place, QRectF(origin, tile));
+        QCOMPARE(shown.imageView->frame(), QRectF(3, 3, tile.width() - 6, tile.height() - 6));
+    }
+    m_window->grab(QStringLiteral("recents-%1").arg(window.width()));
+}
+
+void tst_BrevantoRecentProductsVC::showsNothingForAnEmptyStore_data()
+{
+    QTest::addColumn<bool>("isSaved");
+    QTest::newRow("no file") << false;
+    QTest::newRow("empty list") << true;
+}
+
+void tst_BrevantoRecentProductsVC::showsNothingForAnEmptyStore()
+{
+    QFETCH(bool, isSaved);
+    if (isSaved)
+        BrevantoRecentsFileManager::saveMatchGroupsToFileManager({});
+    const BrevantoRecentProductsVC *screen = open();
+    QCOMPARE(screen->navigationController()->isNavigationBarHidden(), false);
+    QCOMPARE(screen->numberOfItemsInSection(), 0);
+    QVERIFY(screen->recentCollectionView());
+    QVERIFY(tiles(screen).isEmpty());
+    m_window->grab(QStringLiteral("recents-empty"));
+}
+
+void tst_BrevantoRecentProductsVC::groupWithoutMatchesStaysBlank()
+{
+    BrevantoMatchGroupList saved = groups(3);
+    saved[1]->setListOfMatches({});
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(saved);
+    const BrevantoRecentProductsVC *screen = open();
+    QTRY_COMPARE(m_server->requestCount(), 2);
+    const auto filled = [screen] {
+        QList<int> rows;
+        for (const Tile &tile : tiles(screen)) {
+            if (!tile.imageView->image().isNull())
+                rows.append(tile.row);
+        }
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    };
+    QTRY_COMPARE(filled(), QList<int>({0, 2}));
+    QCOMPARE(tiles(screen).size(), 3);
+    QCOMPARE(m_server->requestCount(), 2);
+}
+
+void tst_BrevantoRecentProductsVC::tilesLookLikeCards()
+{
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(2));
+    const BrevantoRecentProductsVC *screen = open();
+    QTRY_VERIFY(areTilesFilled(screen));
+    const QQuickItem *tile = tiles(screen).constFirst().item;
+    const int row = tiles(screen).constFirst().row;
+    // The picture is decoded off the main thread, so that it may come a few frames later.
+    const QPoint middle = tile->mapToScene({tile->width() / 2, tile->height() / 2}).toPoint();
+    QTRY_COMPARE(m_window->grab().pixelColor(middle), colorOf(row));
+    const QImage shot = m_window->grab();
+    const auto pixel = [&](qreal x, qreal y) { return shot.pixelColor(tile->mapToScene({x, y}).toPoint()); };
+    QCOMPARE(pixel(tile->width() / 2, 1), QColor(Qt::white));
+    const int ground = pixel(tile->width() / 2, tile->height() + 6).lightness();
+    QVERIFY(pixel(tile->width() / 2, tile->height()).lightness() < ground - 20);
+    QVERIFY(pixel(tile->width() / 2, -2).lightness() > pixel(tile->width() / 2, tile->height()).lightness());
+}
+
+void tst_BrevantoRecentProductsVC::tapOpensTheAdScreen()
+{
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(5));
+    const BrevantoRecentProductsVC *screen = open();
+    QTRY_VERIFY(areTilesFilled(screen));
+    const QList<Tile> all = tiles(screen);
+    const auto third = std::find_if(all.begin(), all.end(), [](const Tile &tile) { return tile.row == 3; });
+    QVERIFY(third != all.end());
+    m_window->tap(third->item);
+    QTRY_VERIFY(qobject_cast<BrevantoAdVC *>(m_stack->topViewController()));
+    const auto *ad = qobject_cast<BrevantoAdVC *>(m_stack->topViewController());
+    QCOMPARE(ad->matchGroup(), screen->listOfMatchGroups().at(3));
+    // Opened again, it is the latest; the screen keeps the list that it read.
+    QTRY_COMPARE(BrevantoRecentsFileManager::retrieveAllSavedGroupedMatchesInFileManager()->constFirst()->adImageUrl(),
+                 m_server->url(QStringLiteral("/3")));
+    QCOMPARE(screen->listOfMatchGroups().constFirst()->adImageUrl(), m_server->url(QStringLiteral("/0")));
+}
+
+void tst_BrevantoRecentProductsVC::enterOpensTheAdScreen()
+{
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(5));
+    const BrevantoRecentProductsVC *screen = open();
+    QTRY_VERIFY(areTilesFilled(screen));
+    for (int i = 0; i < 5 && !screen->recentCollectionView()->hasActiveFocus(); ++i)
+        QTest::keyClick(m_window->window(), Qt::Key_Tab);
+    QTest::keyClick(m_window->window(), Qt::Key_Right);
+    QTest::keyClick(m_window->window(), Qt::Key_Right);
+    m_window->grab(QStringLiteral("recents-focus"));
+    QTest::keyClick(m_window->window(), Qt::Key_Return);
+    QTRY_VERIFY(qobject_cast<BrevantoAdVC *>(m_stack->topViewController()));
+    QCOMPARE(qobject_cast<BrevantoAdVC *>(m_stack->topViewController())->matchGroup(),
+             screen->listOfMatchGroups().at(1));
+}
+
+void tst_BrevantoRecentProductsVC::neverShowsAnotherGroupsImage()
+{
+    // Every answer stalls until it is let go, which makes late answers for tiles that have moved on.
+    m_server->setHandler([](const RawServer::Request &request) {
+        RawServer::Answer answer = picture(request);
+        answer.stage = RawServer::Stage::Nothing;
+        return answer;
+    });
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(500));
+    const BrevantoRecentProductsVC *screen = open();
+    QQuickItem *grid = screen->recentCollectionView();
+
+    const auto wrongTiles = [screen] {
+        QStringList wrong;
+        for (const Tile &tile : tiles(screen)) {
+            const Platform::Image image = tile.imageView->image();
+            if (image.isNull())
+                continue;
+            const int shown = rowOf(image.bitmap().pixelColor(5, 5));
+            if (shown != tile.row)
+                wrong.append(QStringLiteral("%1 in %2").arg(shown).arg(tile.row));
+        }
+        return wrong;
+    };
+    for (int stroke = 0; stroke < 12; ++stroke) {
+        const qreal before = grid->property("contentY").toReal();
+        m_window->fling({195, 780}, {195, 180});
+        QTRY_VERIFY(grid->property("contentY").toReal() > before + 400);
+        m_server->resume();
+        QCoreApplication::processEvents();
+        QCOMPARE(wrongTiles(), QStringList());
+    }
+    QTRY_VERIFY((m_server->resume(), !grid->property("moving").toBool() && areTilesFilled(screen)));
+    QCOMPARE(wrongTiles(), QStringList());
+    m_window->grab(QStringLiteral("recents-flung"));
+}
+
+void tst_BrevantoRecentProductsVC::staysLightWithTenThousandGroups()
+{
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(10000));
+    const BrevantoRecentProductsVC *screen = open();
+    QTRY_VERIFY(areTilesFilled(screen));
+    QQuickItem *grid = screen->recentCollectionView();
+    for (int stroke = 0; stroke < 4; ++stroke) {
+        m_window->fling({195, 780}, {195, 180});
+        QTRY_VERIFY(!grid->property("moving").toBool());
+    }
+    const auto inUse = [screen] {
+        const QList<Tile> all = tiles(screen);
+        return std::count_if(all.begin(), all.end(), [](const Tile &tile) { return tile.row >= 0; });
+    };
+    // Two screens of four rows and a broken one, two tiles each.
+    QVERIFY2(inUse() <= 20, qPrintable(QString::number(inUse())));
+    for (const Tile &tile : tiles(screen)) {
+        if (tile.row < 0)
+            QVERIFY(tile.imageView->image().isNull());
+    }
+}
+
+void tst_BrevantoRecentProductsVC::survivesLeavingWhileImagesAreOnTheirWay()
+{
+    m_server->setAnswer(RawServer::Answer::stall());
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(4));
+    const QPointer<BrevantoRecentProductsVC> screen(open());
+    QTRY_VERIFY(m_server->requestCount() > 0);
+    screen->navBarBackButtonAction();
+    QTRY_VERIFY(!screen);
+    m_server->setHandler(picture);
+    m_server->resume();
+    QCOMPARE(m_stack->viewControllers().size(), std::size_t(1));
+}
+
+QTEST_MAIN(tst_BrevantoRecentProductsVC)
+#include "tst_BrevantoRecentProductsVC.moc"

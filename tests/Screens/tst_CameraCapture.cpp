@@ -1,0 +1,511 @@
+#include "CameraScreen.h"
+
+#include "Brevanto/BrevantoAdVC.h"
+#include "Brevanto/BrevantoRecentProductsVC.h"
+#include "Brevanto/Model/BrevantoRecentsFileManager.h"
+#include "Brevanto/Utils/BrevantoReachabilityManager.h"
+#include "Platform/Interface/AlertController.h"
+#include "Platform/Interface/Window.h"
+#include "support/TestImages.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QImageReader>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+const QString timeOutTitle = QStringLiteral("Getting response might take more time");
+const QString noMatchTitle = QStringLiteral("No matches found. Please retry by capturing a new image.");
+const QString captureAgain = QStringLiteral("Capture Again");
+
+QByteArray uploadedJpeg(const RawServer::Request &request)
+{
+    const QByteArray &body = request.body;
+    const qsizetype start = body.indexOf("\xff\xd8");
+    const qsizetype end = body.lastIndexOf("\xff\xd9");
+    return start < 0 || end < start ? QByteArray() : body.mid(start, end + 2 - start);
+}
+
+RawServer::Answer refusal()
+{
+    return RawServer::Answer::json(R"({"status": {"code": 5}})");
+}
+
+} // namespace
+
+class tst_CameraCapture : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void uploadsASmallGreyPhoto_data();
+    void uploadsASmallGreyPhoto();
+    void goesFromTheShutterToTheAd();
+    void showsTheFirstOfSeveralGroups();
+    void tellsThatNothingMatched_data();
+    void tellsThatNothingMatched();
+    void staysLiveWithoutPhoto_data();
+    void staysLiveWithoutPhoto();
+    void asksForPatience();
+    void answerClosesTheDialog_data();
+    void answerClosesTheDialog();
+    void ignoresTheAnswerOfAnAbandonedRequest_data();
+    void ignoresTheAnswerOfAnAbandonedRequest();
+    void failsWithoutAWord();
+    void resumesAfterASilentFailure();
+    void oldTimerAsksForTheNextRequest();
+    void leavesOtherScreensAlone();
+    void drawsTheEyeToTheBannerOffline_data();
+    void drawsTheEyeToTheBannerOffline();
+    void closesAtAnyStage_data();
+    void closesAtAnyStage();
+    void opensTheRecents();
+    void scalesImages();
+
+private:
+    // The ad screen on top of the stack; null when another screen is.
+    static BrevantoAdVC *ad(const CameraScreen &camera)
+    {
+        return qobject_cast<BrevantoAdVC *>(camera.navigation->topViewController());
+    }
+    static bool isSpinning(const CameraScreen &camera)
+    {
+        const QQuickItem *spinner = camera.item(QStringLiteral("spinnerView"));
+        return spinner->isVisible() && spinner->property("running").toBool();
+    }
+    static bool isLive(const CameraScreen &camera)
+    {
+        return camera.screen->captureSession()->isRunning() && camera.item(QStringLiteral("captureButton"))->isEnabled()
+            && !isSpinning(camera);
+    }
+    static void waitOutTheTimeOut(CameraScreen &camera)
+    {
+        camera.clock.advance(10s);
+        QTRY_COMPARE(camera.alertTitle(), timeOutTitle);
+    }
+};
+
+void tst_CameraCapture::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+}
+
+void tst_CameraCapture::init()
+{
+    QDir(BrevantoRecentsFileManager::getPathForRecentsInDocsFolder()).removeRecursively();
+}
+
+void tst_CameraCapture::uploadsASmallGreyPhoto_data()
+{
+    QTest::addColumn<QSize>("stored");
+    QTest::addColumn<int>("exif");
+    QTest::addColumn<QSize>("uploaded");
+    QTest::newRow("portrait") << QSize(3000, 4000) << 0 << QSize(480, 640);
+    QTest::newRow("landscape") << QSize(4000, 3000) << 0 << QSize(640, 480);
+    QTest::newRow("cut off") << QSize(1000, 1001) << 0 << QSize(480, 480);
+    QTest::newRow("square") << QSize(500, 500) << 0 << QSize(480, 480);
+    QTest::newRow("enlarged") << QSize(240, 300) << 0 << QSize(480, 600);
+    QTest::newRow("turned") << QSize(800, 600) << 6 << QSize(480, 640);
+}
+
+void tst_CameraCapture::uploadsASmallGreyPhoto()
+{
+    QFETCH(QSize, stored);
+    QFETCH(int, exif);
+    CameraScreen camera;
+    camera.camera->jpeg = TestImages::jpeg(TestImages::quarters(stored), exif);
+    camera.open();
+    camera.shoot();
+    const RawServer::Request request = camera.server.requests().constFirst();
+    QCOMPARE(request.method, "POST");
+    QCOMPARE(request.target, "/image/upload");
+    QByteArray jpeg = uploadedJpeg(request);
+    QVERIFY2(!jpeg.isEmpty() && jpeg.size() < 10000, qPrintable(QString::number(jpeg.size())));
+    QBuffer buffer(&jpeg);
+    QImageReader reader(&buffer);
+    reader.setAutoTransform(true);
+    const QImage photo = reader.read();
+    QTEST(photo.size(), "uploaded");
+    QCOMPARE(photo.format(), QImage::Format_Grayscale8);
+    // Upright: of the four quarters the white one is the brightest.
+    const auto brightness = [&photo](qreal x, qreal y) {
+        return qGray(photo.pixel(int(photo.width() * x), int(photo.height() * y)));
+    };
+    const int white = exif == 6 ? brightness(0.25, 0.75) : brightness(0.75, 0.75);
+    QVERIFY(white > 200 && brightness(0.25, 0.25) < 150);
+}
+
+void tst_CameraCapture::goesFromTheShutterToTheAd()
+{
+    CameraScreen camera;
+    camera.prepareAnswer(CameraScreen::matches({camera.server.url(QStringLiteral("/ad.jpg"))}));
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    camera.shoot();
+    QTRY_VERIFY(isSpinning(camera));
+    QTRY_VERIFY(!camera.camera->isDelivering); // frozen
+    camera.window.grab(QStringLiteral("camera-uploading"));
+
+    camera.server.resume();
+    QTRY_VERIFY(ad(camera));
+    QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), camera.server.url(QStringLiteral("/ad.jpg")));
+    QVERIFY(!camera.screen->isRequestOnProcess());
+    QVERIFY(!isSpinning(camera));
+    QVERIFY(!camera.alert());
+    camera.clock.advance(20s);
+    QVERIFY(!camera.alert());
+
+    QTRY_VERIFY(ad(camera)->isVisible());
+    ad(camera)->navBarBackButtonAction();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    QTRY_VERIFY(isLive(camera));
+}
+
+void tst_CameraCapture::showsTheFirstOfSeveralGroups()
+{
+    CameraScreen camera;
+    camera.prepareAnswer(CameraScreen::matches({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+    camera.open();
+    camera.shoot();
+    camera.server.resume();
+    QTRY_VERIFY(ad(camera));
+    QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), QStringLiteral("a"));
+    QCOMPARE(camera.navigation->viewControllers().size(), std::size_t(2));
+}
+
+void tst_CameraCapture::tellsThatNothingMatched_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::newRow("empty") << QByteArray(R"({"status": {"code": 0}, "matches": []})");
+    QTest::newRow("none") << QByteArray(R"({"status": {"code": 0}})");
+    QTest::newRow("null") << QByteArray(R"({"status": {"code": 0}, "matches": null})");
+}
+
+void tst_CameraCapture::tellsThatNothingMatched()
+{
+    QFETCH(QByteArray, answer);
+    CameraScreen camera;
+    camera.prepareAnswer(RawServer::Answer::json(answer));
+    camera.open();
+    camera.shoot();
+    camera.server.resume();
+    QTRY_COMPARE(camera.alertTitle(), noMatchTitle);
+    QCOMPARE(camera.alert()->message(), QString());
+    QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
+    QVERIFY(!camera.screen->captureSession()->isRunning());
+    camera.window.grab(QStringLiteral("camera-no-match"));
+    camera.choose(captureAgain);
+    QTRY_VERIFY(isLive(camera));
+    camera.shoot();
+}
+
+void tst_CameraCapture::staysLiveWithoutPhoto_data()
+{
+    QTest::addColumn<bool>("damaged");
+    QTest::newRow("camera fails") << false;
+    QTest::newRow("photo is damaged") << true;
+}
+
+void tst_CameraCapture::staysLiveWithoutPhoto()
+{
+    QFETCH(bool, damaged);
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    camera.camera->answers = damaged;
+    camera.camera->jpeg = "no photo at all";
+    camera.tap(QStringLiteral("captureButton"));
+    if (damaged) {
+        QTRY_COMPARE(camera.camera->startCount, 2); // stopped for the photo and started again
+    } else {
+        QTRY_VERIFY(camera.camera->pending);
+        camera.camera->pending(nullptr, QStringLiteral("no light"));
+    }
+    QTest::qWait(0);
+    camera.clock.advance(1s);
+    QVERIFY(isLive(camera));
+    QVERIFY(!camera.alert());
+
+    camera.camera->answers = true;
+    camera.camera->jpeg = TestImages::jpeg(TestImages::quarters({300, 400}));
+    QTest::qWait(0);
+    camera.shoot();
+}
+
+void tst_CameraCapture::asksForPatience()
+{
+    CameraScreen camera;
+    camera.open();
+    camera.shoot();
+    for (int round = 0; round < 3; ++round) {
+        camera.clock.advance(9990ms);
+        QVERIFY(!camera.alert());
+        camera.clock.advance(10ms);
+        QTRY_COMPARE(camera.alertTitle(), timeOutTitle);
+        QCOMPARE(camera.alert()->message(), QString());
+        QCOMPARE(camera.alert()->actions().size(), std::size_t(2));
+        QCOMPARE(camera.alert()->actions()[0].title, QStringLiteral("OK"));
+        QCOMPARE(camera.alert()->actions()[0].style, Platform::AlertActionStyle::Cancel);
+        QCOMPARE(camera.alert()->actions()[1].title, captureAgain);
+        QCOMPARE(camera.alert()->actions()[1].style, Platform::AlertActionStyle::Default);
+        QVERIFY(isSpinning(camera));
+        camera.window.grab(QStringLiteral("camera-time-out"));
+        camera.choose(QStringLiteral("OK"));
+        QVERIFY(camera.screen->isRequestOnProcess());
+        QVERIFY(!camera.screen->captureSession()->isRunning());
+        QTest::qWait(0);
+    }
+    QCOMPARE(camera.server.requestCount(), 1);
+}
+
+void tst_CameraCapture::answerClosesTheDialog_data()
+{
+    QTest::addColumn<RawServer::Answer>("answer");
+    QTest::addColumn<QString>("alert");
+    QTest::newRow("match") << CameraScreen::matches({QStringLiteral("a")}) << QString();
+    QTest::newRow("no match") << CameraScreen::matches({}) << noMatchTitle;
+    QTest::newRow("failure") << refusal() << QStringLiteral("Brevanto");
+}
+
+void tst_CameraCapture::answerClosesTheDialog()
+{
+    QFETCH(RawServer::Answer, answer);
+    QFETCH(QString, alert);
+    CameraScreen camera;
+    camera.prepareAnswer(answer);
+    camera.open();
+    camera.shoot();
+    waitOutTheTimeOut(camera);
+    const QPointer<Platform::AlertController> dialog(camera.alert());
+    camera.server.resume();
+    QTRY_VERIFY(!dialog);
+    QTRY_VERIFY(!isSpinning(camera));
+    if (alert.isEmpty()) {
+        QTRY_VERIFY(ad(camera));
+        QTRY_VERIFY(ad(camera)->isVisible());
+        QVERIFY(!camera.alert());
+        return;
+    }
+    QTRY_COMPARE(camera.alertTitle(), alert);
+    QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
+    QCOMPARE(camera.alert()->message(), alert == noMatchTitle ? QString() : QStringLiteral("Something went wrong!!"));
+    camera.window.grab(QStringLiteral("camera-late-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
+    camera.choose(captureAgain);
+    QTRY_VERIFY(isLive(camera));
+    QVERIFY(!ad(camera));
+}
+
+void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest_data()
+{
+    QTest::addColumn<RawServer::Answer>("answer");
+    QTest::newRow("match") << CameraScreen::matches({QStringLiteral("a")});
+    QTest::newRow("no match") << CameraScreen::matches({});
+    QTest::newRow("failure") << refusal();
+}
+
+void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest()
+{
+    QFETCH(RawServer::Answer, answer);
+    CameraScreen camera;
+    camera.prepareAnswer(answer);
+    camera.open();
+    camera.shoot();
+    waitOutTheTimeOut(camera);
+    camera.choose(captureAgain);
+    QVERIFY(!camera.screen->isRequestOnProcess());
+    QTRY_VERIFY(isLive(camera));
+    camera.server.resume();
+
+    // A second request that comes to its end shows that the first one has come to its own.
+    camera.prepareAnswer(CameraScreen::matches({QStringLiteral("second")}));
+    QTest::qWait(50);
+    QVERIFY(!ad(camera) && !camera.alert());
+    camera.shoot();
+    camera.server.resume();
+    QTRY_VERIFY(ad(camera));
+    QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), QStringLiteral("second"));
+    QCOMPARE(camera.navigation->viewControllers().size(), std::size_t(2));
+}
+
+void tst_CameraCapture::failsWithoutAWord()
+{
+    CameraScreen camera;
+    camera.prepareAnswer(refusal());
+    camera.open();
+    camera.shoot();
+    QTRY_VERIFY(isSpinning(camera));
+    camera.server.resume();
+    QTRY_VERIFY(!isSpinning(camera));
+    QVERIFY(!camera.screen->isRequestOnProcess());
+    camera.clock.advance(20s);
+    QVERIFY(!camera.alert());
+    QVERIFY(!camera.screen->captureSession()->isRunning());
+    QVERIFY(camera.item(QStringLiteral("closeButton"))->isEnabled());
+}
+
+void tst_CameraCapture::resumesAfterASilentFailure()
+{
+    CameraScreen camera;
+    camera.prepareAnswer(refusal());
+    camera.open();
+    camera.shoot();
+    camera.server.resume();
+    QTRY_VERIFY(!camera.screen->isRequestOnProcess());
+    camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
+    QTRY_VERIFY(!camera.screen->isVisible());
+    camera.navigation->popViewController(false);
+    QTRY_VERIFY(isLive(camera));
+}
+
+void tst_CameraCapture::oldTimerAsksForTheNextRequest()
+{
+    CameraScreen camera;
+    camera.open();
+    camera.shoot();
+    waitOutTheTimeOut(camera);
+    camera.choose(QStringLiteral("OK")); // a timer for ten seconds from here on
+    camera.server.resume();
+    QTRY_COMPARE(camera.alertTitle(), noMatchTitle);
+    camera.choose(captureAgain);
+    camera.clock.advance(8s);
+    camera.shoot();
+    QVERIFY(!camera.alert());
+    camera.clock.advance(2s);
+    QTRY_COMPARE(camera.alertTitle(), timeOutTitle);
+}
+
+void tst_CameraCapture::leavesOtherScreensAlone()
+{
+    CameraScreen camera;
+    camera.open();
+    camera.shoot();
+    camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
+    QTRY_VERIFY(!camera.screen->isVisible());
+    camera.clock.advance(10s);
+    QVERIFY(!camera.alert());
+    camera.navigation->popViewController(false);
+    QTRY_VERIFY(camera.screen->isVisible());
+    camera.clock.advance(60s);
+    QVERIFY(!camera.alert());
+    QVERIFY(camera.screen->isRequestOnProcess());
+}
+
+void tst_CameraCapture::drawsTheEyeToTheBannerOffline_data()
+{
+    QTest::addColumn<bool>("presenting");
+    QTest::newRow("nothing presented") << false;
+    QTest::newRow("alert presented") << true;
+}
+
+void tst_CameraCapture::drawsTheEyeToTheBannerOffline()
+{
+    QFETCH(bool, presenting);
+    CameraScreen camera;
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    CameraScreen::network().setOffline();
+    camera.camera->answers = false;
+    camera.tap(QStringLiteral("captureButton"));
+    QTRY_VERIFY(camera.camera->pending);
+    if (presenting)
+        camera.screen->present(std::make_unique<Platform::AlertController>(QStringLiteral("Other"), QString()), false);
+    auto photo = std::make_shared<Platform::CaptureSampleBuffer>();
+    photo->jpeg = camera.camera->jpeg;
+    camera.camera->pending(photo, {});
+    Platform::View::setAnimationsEnabled(true);
+    const Platform::Label *label = BrevantoReachabilityManager::instance()->noNetworkLabel();
+    QVERIFY(camera.advanceUntil([label] { return label->transformScale() > 1.0; }));
+    Platform::View::setAnimationsEnabled(false);
+    QVERIFY(!camera.screen->isRequestOnProcess());
+    if (presenting) {
+        QVERIFY(camera.advanceUntil(
+            [&] { return camera.alertTitle() == QStringLiteral("Please check you internet connection"); }));
+        QCOMPARE(camera.alert()->message(), QString());
+        QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
+        camera.window.grab(QStringLiteral("camera-offline-alert"));
+        camera.choose(QStringLiteral("OK"));
+        QTRY_VERIFY(isLive(camera));
+    } else {
+        camera.clock.advance(20s);
+        QVERIFY(!camera.alert());
+        QVERIFY(!camera.screen->captureSession()->isRunning());
+    }
+    QCOMPARE(camera.server.requestCount(), 0);
+}
+
+void tst_CameraCapture::closesAtAnyStage_data()
+{
+    QTest::addColumn<QString>("stage");
+    QTest::newRow("photo under way") << QStringLiteral("photo");
+    QTest::newRow("before the upload") << QStringLiteral("prepared");
+    QTest::newRow("uploading") << QStringLiteral("uploading");
+    QTest::newRow("time-out dialog") << QStringLiteral("dialog");
+    QTest::newRow("answered") << QStringLiteral("answered");
+}
+
+void tst_CameraCapture::closesAtAnyStage()
+{
+    QFETCH(QString, stage);
+    CameraScreen camera;
+    camera.prepareAnswer(CameraScreen::matches({QStringLiteral("a")}));
+    camera.open();
+    QTRY_VERIFY(camera.camera->isDelivering);
+    if (stage == QStringLiteral("photo") || stage == QStringLiteral("prepared")) {
+        camera.camera->answers = stage != QStringLiteral("photo");
+        camera.tap(QStringLiteral("captureButton"));
+        if (stage == QStringLiteral("prepared"))
+            QTRY_VERIFY(!camera.camera->isDelivering);
+        else
+            QTRY_VERIFY(camera.camera->pending);
+    } else {
+        camera.shoot();
+    }
+    if (stage == QStringLiteral("dialog"))
+        waitOutTheTimeOut(camera);
+    if (stage == QStringLiteral("answered"))
+        camera.server.resume();
+
+    Platform::ViewController *host = Platform::Window::of(camera.window.window())->rootViewController();
+    host->dismiss(true);
+    QTRY_VERIFY(!camera.screen && !camera.navigation);
+    if (camera.camera->pending)
+        camera.camera->pending(nullptr, {});
+    camera.server.resume();
+    QTest::qWait(50);
+    camera.clock.advance(30s);
+    QVERIFY(!host->presentedViewController());
+    QTRY_VERIFY(!camera.camera->isDelivering);
+    QVERIFY(!QDir(BrevantoRecentsFileManager::getPathForRecentsInDocsFolder()).exists(QStringLiteral("Recents")));
+}
+
+void tst_CameraCapture::opensTheRecents()
+{
+    CameraScreen camera;
+    camera.open();
+    camera.tap(QStringLiteral("recentsButton"));
+    QTRY_VERIFY(qobject_cast<BrevantoRecentProductsVC *>(camera.navigation->topViewController()));
+}
+
+void tst_CameraCapture::scalesImages()
+{
+    CameraScreen camera;
+    camera.open();
+    const Platform::Image image(TestImages::quarters({40, 20}));
+    const Platform::Image scaled = camera.screen->imageWithImage(image, {30, 30});
+    QCOMPARE(scaled.size(), QSizeF(30, 30));
+    QCOMPARE(scaled.scale(), camera.window.window()->effectiveDevicePixelRatio());
+    QCOMPARE(TestImages::seenIn(scaled.upright()), QStringLiteral("rgbw"));
+}
+
+Q_DECLARE_METATYPE(RawServer::Answer)
+
+QTEST_MAIN(tst_CameraCapture)
+#include "tst_CameraCapture.moc"
