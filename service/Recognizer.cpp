@@ -13,10 +13,10 @@ namespace
 {
 
 constexpr int neighbours = 5;
-constexpr int leafChecks = 48;
+constexpr int leafChecks = 64;
 constexpr int trees = 1;
 constexpr float voteRatio = 0.85F;
-constexpr std::size_t shortlistLength = 5;
+constexpr std::size_t shortlistLength = 8;
 
 using Distance = cvflann::L2<unsigned char>;
 using Tree = cv::flann::GenericIndex<Distance>;

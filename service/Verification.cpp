@@ -22,7 +22,7 @@ constexpr int fewestInliers = 6;
 constexpr double lowestCorrelation = 0.25;
 constexpr double lowestCoverage = 0.07;
 // Few inliers must look alike, and unlike ones be many: either alone happens by chance.
-constexpr double lowestWeight = 2.5;
+constexpr double lowestWeight = 4.5;
 // No other ad comes near these.
 constexpr int inliersBeyondDoubt = 25;
 constexpr double correlationBeyondDoubt = 0.5;
