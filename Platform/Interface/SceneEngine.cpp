@@ -66,11 +66,11 @@ std::unique_ptr<QQuickItem> SceneEngine::loadScene(const QUrl &url, const QVaria
     return std::unique_ptr<QQuickItem>(item);
 }
 
-QQuickItem *SceneEngine::makeItem(const QString &name, QQuickItem *owner, const QVariantMap &properties)
+QQuickItem *SceneEngine::makeItem(const QString &name, QQuickItem *owner, QVariantMap properties)
 {
+    properties.insert(QStringLiteral("parent"), QVariant::fromValue(owner));
     QQuickItem *item = loadScene(sceneUrl(name), properties).release();
     item->setParent(owner);
-    item->setParentItem(owner);
     return item;
 }
 

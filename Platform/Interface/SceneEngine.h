@@ -25,7 +25,7 @@ public:
                                                  QQmlContext *context = nullptr);
 
     // An item of one of the platform's own scene files, put into and owned by `owner`.
-    static QQuickItem *makeItem(const QString &name, QQuickItem *owner, const QVariantMap &properties = {});
+    static QQuickItem *makeItem(const QString &name, QQuickItem *owner, QVariantMap properties = {});
     static QUrl sceneUrl(const QString &name);
 };
 

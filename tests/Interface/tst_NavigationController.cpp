@@ -348,12 +348,19 @@ void tst_NavigationController::titleStaysBetweenTheButtons()
 void tst_NavigationController::buttonsWorkByTouchAndKeyboard()
 {
     int activated = 0;
+    m_first->navigationItem()->setLeftBarButtonItems({button(QStringLiteral("<"))});
     m_first->navigationItem()->setRightBarButtonItems({button(QStringLiteral("?"), [&] { ++activated; })});
     // A finger beside the picture still meets the button.
     m_window->tap(QPointF(375 - 12 - 43, 1));
     QCOMPARE(activated, 1);
+    const auto isOnTheRight = [&] {
+        const QQuickItem *item = m_window->window()->activeFocusItem();
+        return item->inherits("QQuickAbstractButton") && item->mapToScene({0, 0}).x() > 187;
+    };
     QTest::keyClick(m_window->window(), Qt::Key_Tab);
-    QTRY_VERIFY(m_window->window()->activeFocusItem()->inherits("QQuickAbstractButton"));
+    QTRY_VERIFY(!isOnTheRight());
+    QTest::keyClick(m_window->window(), Qt::Key_Tab);
+    QTRY_VERIFY(isOnTheRight());
     QTest::keyClick(m_window->window(), Qt::Key_Space);
     QTest::keyClick(m_window->window(), Qt::Key_Return);
     QCOMPARE(activated, 3);

@@ -7,7 +7,7 @@ AbstractButton {
 
     required property var choice
 
-    implicitHeight: Math.max(44, label.implicitHeight + 20)
+    implicitHeight: Math.max(44, Math.ceil(label.implicitHeight) + 20)
     implicitWidth: label.implicitWidth + 24
     text: choice.text
     focusPolicy: Qt.StrongFocus

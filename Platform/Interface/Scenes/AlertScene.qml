@@ -11,24 +11,24 @@ View {
     property bool animated: true
     property alias popup: dialog
     readonly property var buttons: controller.buttons
-    readonly property color hairline: "#4d3c3c43"
+    readonly property color hairline: "#333c3c43"
 
     Dialog {
         id: dialog
 
         // Two short buttons stand side by side.
         readonly property bool isRow: scene.buttons.length === 2 && Math.max(first.implicitWidth, second.implicitWidth) <= width / 2
-        readonly property real room: parent ? parent.height - 48 : 0
 
         function preferredIndex(): int {
             const cancel = scene.buttons.findIndex(button => button.isCancel)
             return cancel < 0 ? 0 : cancel
         }
 
-        parent: scene.T.Overlay.overlay
-        anchors.centerIn: parent
-        width: Math.min(270, parent ? parent.width - 32 : 270)
-        height: Math.min(implicitHeight, room)
+        // On whole points, so that the lines between the buttons are sharp.
+        x: Math.round((scene.width - width) / 2)
+        y: Math.round((scene.height - height) / 2)
+        width: Math.min(270, scene.width - 32)
+        height: Math.min(implicitHeight, scene.height - 48)
         padding: 0
         topPadding: 0
         bottomPadding: 0
@@ -68,7 +68,7 @@ View {
             color: "#f7f7f8"
         }
         contentItem: Item {
-            implicitHeight: texts.contentHeight + buttonsArea.height
+            implicitHeight: Math.ceil(texts.contentHeight) + buttonsArea.height
             clip: true
 
             // Measure only; what is seen are the repeater's buttons.
@@ -153,11 +153,11 @@ View {
 
                         Rectangle {
                             width: parent.width
-                            height: 0.5
+                            height: 1
                             color: scene.hairline
                         }
                         Rectangle {
-                            width: 0.5
+                            width: 1
                             height: parent.height
                             visible: dialog.isRow && button.index === 1
                             color: scene.hairline

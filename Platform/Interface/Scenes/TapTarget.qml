@@ -6,12 +6,13 @@ Item {
 
     property string name
     property real minimumSize: 44
+    readonly property Item view: parent
 
     signal activated
 
     anchors.centerIn: parent
-    width: Math.max(parent.width, minimumSize)
-    height: Math.max(parent.height, minimumSize)
+    width: Math.max(view ? view.width : 0, minimumSize)
+    height: Math.max(view ? view.height : 0, minimumSize)
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: name
@@ -27,8 +28,8 @@ Item {
 
     Rectangle {
         anchors.centerIn: parent
-        width: root.parent.width + 8
-        height: root.parent.height + 8
+        width: (root.view ? root.view.width : 0) + 8
+        height: (root.view ? root.view.height : 0) + 8
         radius: width / 2
         visible: root.activeFocus
         color: "transparent"

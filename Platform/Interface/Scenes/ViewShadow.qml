@@ -12,8 +12,8 @@ BorderImage {
     x: shadow.offset.width - blur
     y: shadow.offset.height - blur
     z: -2
-    width: parent.width + 2 * blur
-    height: parent.height + 2 * blur
+    width: (parent ? parent.width : 0) + 2 * blur
+    height: (parent ? parent.height : 0) + 2 * blur
     opacity: shadow.opacity
     source: "image://brevanto-shadow/" + corner + "," + blur
     border {
