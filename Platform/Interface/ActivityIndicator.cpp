@@ -17,7 +17,7 @@ ActivityIndicator::ActivityIndicator(QQuickItem *parent)
     : View(parent)
     , m_wheel(SceneEngine::makeItem(QStringLiteral("ActivityWheel"), this))
 {
-    update();
+    showState();
 }
 
 ActivityIndicator::ActivityIndicator(ActivityIndicatorStyle style)
@@ -30,27 +30,31 @@ ActivityIndicator::ActivityIndicator(ActivityIndicatorStyle style)
 
 void ActivityIndicator::startAnimating()
 {
-    m_isAnimating = true;
-    update();
+    setAnimating(true);
 }
 
 void ActivityIndicator::stopAnimating()
 {
-    m_isAnimating = false;
-    update();
+    setAnimating(false);
+}
+
+void ActivityIndicator::setAnimating(bool animating)
+{
+    m_isAnimating = animating;
+    showState();
+    Q_EMIT animatingChanged();
 }
 
 void ActivityIndicator::setHidesWhenStopped(bool hides)
 {
     m_hidesWhenStopped = hides;
-    update();
+    showState();
 }
 
-void ActivityIndicator::update()
+void ActivityIndicator::showState()
 {
     m_wheel->setProperty("running", m_isAnimating);
-    if (m_hidesWhenStopped)
-        setHidden(!m_isAnimating);
+    setHidden(m_hidesWhenStopped && !m_isAnimating);
 }
 
 } // namespace Platform

@@ -12,6 +12,7 @@ class ActivityIndicator : public View
 {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(bool animating READ isAnimating NOTIFY animatingChanged)
 
 public:
     explicit ActivityIndicator(QQuickItem *parent = nullptr);
@@ -25,8 +26,12 @@ public:
     bool hidesWhenStopped() const { return m_hidesWhenStopped; }
     void setHidesWhenStopped(bool hides);
 
+Q_SIGNALS:
+    void animatingChanged();
+
 private:
-    void update();
+    void setAnimating(bool animating);
+    void showState();
 
     bool m_isAnimating = false;
     bool m_hidesWhenStopped = true;

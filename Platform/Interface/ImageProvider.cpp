@@ -63,7 +63,8 @@ QImage blurred(QImage picture, int reach)
     for (int direction = 0; direction < 2; ++direction) {
         for (int pass = 0; pass < passes && reach > 0; ++pass)
             picture = meanAlongLines(picture, reach);
-        picture = picture.transformed(QTransform(0, 1, 1, 0, 0, 0));
+        // Turning a picture may change its format.
+        picture = picture.transformed(QTransform(0, 1, 1, 0, 0, 0)).convertToFormat(QImage::Format_Grayscale8);
     }
     return picture;
 }

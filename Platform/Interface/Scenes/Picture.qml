@@ -5,7 +5,7 @@ import QtQuick.Window
 Item {
     id: root
 
-    property alias source: picture.source
+    property url source
     property size naturalSize
     property int contentMode
     readonly property bool isReady: picture.status === Image.Ready
@@ -25,6 +25,8 @@ Item {
         anchors.centerIn: parent
         width: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.width * root.factor : root.width
         height: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.height * root.factor : root.height
+        // Without a size the picture would be decoded whole.
+        source: root.isEmpty ? "" : root.source
         sourceSize: Qt.size(Math.ceil(width * Screen.devicePixelRatio), Math.ceil(height * Screen.devicePixelRatio))
         asynchronous: true
         cache: false
