@@ -8,6 +8,7 @@
 #include "Brevanto/BrevantoConstants.h"
 #include "Brevanto/BrevantoRecentProductsVC.h"
 #include "Brevanto/Model/BrevantoRecentsFileManager.h"
+#include "Brevanto/Utils/BrevantoUtils.h"
 #include "Platform/Interface/ImageView.h"
 
 #include <QDir>
@@ -85,6 +86,7 @@ void tst_BrevantoRecentProductsVC::initTestCase()
 {
     QStandardPaths::setTestModeEnabled(true);
     m_network = std::make_unique<FakeReachability>();
+    BrevantoUtils::customizeNavBarThroughOutApp();
 }
 
 void tst_BrevantoRecentProductsVC::init()
