@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
 #include "Platform/Capture/CaptureAuthorization.h"
 #include "Platform/Capture/CaptureSampleBuffer.h"
 
@@ -19,7 +20,7 @@ enum class CaptureSessionPreset { High, Photo };
 
 // A camera: one of the machine's, or one that the host registers. Lives on the main thread, and all its operations are
 // for the main thread only. Its settings change only between lockForConfiguration() and unlockForConfiguration().
-class CaptureDevice : public QObject
+class BREVANTO_EXPORT CaptureDevice : public QObject
 {
     Q_OBJECT
 

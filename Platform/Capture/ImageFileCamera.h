@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
 #include "Platform/Capture/CaptureDevice.h"
 
 #include <QStringList>
@@ -12,7 +13,7 @@ namespace Platform
 // The preview shows the picture, and a photo is the picture. The next photo, and the next start after a photo, move on
 // to the next file of a folder. Needs no permission. Zoom cuts the middle out of preview and photo, at once; at
 // zoom 1.0 a JPEG is delivered byte for byte.
-class ImageFileCamera : public CaptureDevice
+class BREVANTO_EXPORT ImageFileCamera : public CaptureDevice
 {
     Q_OBJECT
 

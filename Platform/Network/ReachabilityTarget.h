@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
 #include <QHostAddress>
 #include <QString>
 
@@ -28,7 +29,7 @@ inline constexpr quint32 IsWWAN = 0x40000;
 
 // Something on the network, and whether packets for it could leave this device now. Nothing is sent to find that out.
 // To be made on the main thread.
-class ReachabilityTarget
+class BREVANTO_EXPORT ReachabilityTarget
 {
 public:
     using Callback = void (*)(ReachabilityTarget *target, quint32 flags, QObject *info);
