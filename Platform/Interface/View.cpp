@@ -248,7 +248,7 @@ void View::itemChange(ItemChange change, const ItemChangeData &data)
     QQuickItem::itemChange(change, data);
     if (change == ItemSceneChange && data.window && m_needsLayout)
         polish();
-    if (change == ItemVisibleHasChanged && data.boolValue)
+    if ((change == ItemVisibleHasChanged && data.boolValue) || (change == ItemSceneChange && data.window))
         ViewAnimator::wake();
 }
 

@@ -177,7 +177,7 @@ void Window::resize()
 
 void Window::presentationBegan()
 {
-    if (m_hostFocus || !m_quickWindow->activeFocusItem() || layer()->isAncestorOf(m_quickWindow->activeFocusItem()))
+    if (topmostPresentation()->presenter() != m_root.get() || !m_leaving.empty())
         return;
     m_hostFocus = m_quickWindow->activeFocusItem();
     m_hostVisibility = m_quickWindow->visibility();

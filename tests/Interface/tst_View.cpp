@@ -36,6 +36,7 @@ private Q_SLOTS:
     void findsTags();
     void ownsItsSubviews();
     void bringsToFront();
+    void castsItsShadow();
     void hidesByItsOwnWish();
     void labelShowsPlainText();
 
@@ -360,6 +361,24 @@ void tst_View::bringsToFront()
     blue->setCornerRadius(25);
     QCOMPARE(pixel({25, 25}), QColor(Qt::blue));
     QCOMPARE(pixel({1, 1}), QColor(Qt::red));
+}
+
+void tst_View::castsItsShadow()
+{
+    View *view = addView({100, 100, 150, 100});
+    view->setBackgroundColor(Qt::white);
+    view->setCornerRadius(8);
+    view->setShadow({.color = Qt::black, .opacity = 0.5, .offset = {5, 5}, .radius = 5});
+    const QColor host = m_window->window()->color();
+    QTRY_VERIFY(pixel({252, 150}) != host); // right of the view
+    const QImage shot = m_window->grab(QStringLiteral("shadow"));
+    QVERIFY(shot.pixelColor(175, 202).lightness() < host.lightness());
+    QVERIFY(shot.pixelColor(175, 205).lightness() <= shot.pixelColor(175, 209).lightness());
+    QCOMPARE(shot.pixelColor(175, 220), host);
+    QCOMPARE(shot.pixelColor(90, 150), host);
+    QCOMPARE(shot.pixelColor(175, 150), QColor(Qt::white));
+    view->setShadow({});
+    QTRY_COMPARE(pixel({252, 150}), host);
 }
 
 void tst_View::hidesByItsOwnWish()
