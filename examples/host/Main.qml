@@ -140,7 +140,7 @@ Window {
         Label {
             width: parent.width
             text: qsTr("See more in every ad")
-            font.pixelSize: 28
+            font.pixelSize: 26
             font.weight: Font.DemiBold
             color: window.ink
             horizontalAlignment: Text.AlignHCenter
@@ -148,7 +148,7 @@ Window {
         }
         Label {
             width: parent.width
-            text: qsTr("Point the camera at a printed ad or a product and tap the dots to find out more.")
+            text: qsTr("Photograph a printed ad or a product, then tap the dots.")
             font.pixelSize: 16
             lineHeight: 1.25
             color: "#6b6a70"

@@ -4,6 +4,7 @@
 #include "Platform/Network/ReachabilityTarget.h"
 
 #include <QCommandLineParser>
+#include <QFont>
 #include <QGuiApplication>
 #include <QHostAddress>
 #include <QQmlApplicationEngine>
@@ -55,6 +56,11 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("Brevanto Host"));
     QGuiApplication::setApplicationVersion(QStringLiteral("1.0"));
     QGuiApplication application(argc, argv);
+
+    // Phones bring a good face of their own; many desktops have this one.
+    QFont font = QGuiApplication::font();
+    font.setFamilies(QStringList{QStringLiteral("Inter")} + font.families());
+    QGuiApplication::setFont(font);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A small application that hosts the Brevanto SDK."));

@@ -81,6 +81,8 @@ private:
     // The same, and waits for the markers.
     BrevantoAdVC *openWithMarkers(const BrevantoMatchList &matches);
 
+    bool isSomethingShownInTheMiddle();
+
     std::unique_ptr<FakeReachability> m_network;
     std::unique_ptr<RawServer> m_server;
     std::unique_ptr<ScreenWindow> m_window;
@@ -135,6 +137,19 @@ BrevantoAdVC *tst_BrevantoAdVC::openWithMarkers(const BrevantoMatchList &matches
     if (!QTest::qWaitFor([&] { return screen->backgroundImageView()->isShowingImage(); }, 10000))
         qCritical("The image did not come");
     return screen;
+}
+
+bool tst_BrevantoAdVC::isSomethingShownInTheMiddle()
+{
+    const QImage shot = m_window->grab();
+    const QImage middle = shot.copy(shot.width() / 2 - 25, shot.height() / 2 - 25, 50, 72);
+    for (int y = 0; y < middle.height(); ++y) {
+        for (int x = 0; x < middle.width(); ++x) {
+            if (middle.pixelColor(x, y).lightness() > 100)
+                return true;
+        }
+    }
+    return false;
 }
 
 void tst_BrevantoAdVC::placesMarkersOverTheImage_data()
@@ -225,6 +240,7 @@ void tst_BrevantoAdVC::keepsTheGroupWhenTheImageFails()
     QCOMPARE(saved->size(), 1);
     QCOMPARE(saved->constFirst()->adImageUrl(), imageUrl());
     QTRY_VERIFY(!screen->isImageLoading());
+    QTRY_VERIFY(!isSomethingShownInTheMiddle());
     QCOMPARE(markerCount(screen), 0);
     QVERIFY(screen->backgroundImageView()->image().isNull());
     QCOMPARE(screen->presentedViewController(), nullptr);
@@ -368,6 +384,7 @@ void tst_BrevantoAdVC::survivesLeavingWhileTheImageIsOnItsWay()
     m_server->setAnswer(answer);
     const QPointer<BrevantoAdVC> screen(open({match(imageUrl(), 50, 50)}));
     QTRY_COMPARE(m_server->requestCount(), 1);
+    QTRY_VERIFY(isSomethingShownInTheMiddle());
     m_window->grab(QStringLiteral("ad-loading"));
     m_stack->popViewController(false);
     QTRY_VERIFY(!screen);
