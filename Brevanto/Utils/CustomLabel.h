@@ -2,8 +2,8 @@
 
 #include "Platform/Interface/Label.h"
 
-// A label whose text throws a soft black shadow down and to the right, which keeps it readable on pictures. For the main
-// thread only.
+// A label whose text throws a soft black shadow down and to the right, which keeps it readable on pictures. For the
+// main thread only.
 class CustomLabel : public Platform::Label
 {
     Q_OBJECT
