@@ -63,6 +63,7 @@ void BrevantoAdVC::viewWillDisappear(bool animated)
 void BrevantoAdVC::viewDidLayoutSubviews()
 {
     ViewController::viewDidLayoutSubviews();
+    m_dummyPopoverView->setFrame(view()->bounds());
     ++m_layoutCount;
     if (m_layoutCount == 1)
         doInitialSetup();

@@ -214,6 +214,8 @@ void tst_BrevantoAdVC::setsUpOnce()
     QCOMPARE(m_server->requestCount(), 1);
     QCOMPARE(markerCount(screen), 1);
     QCOMPARE(marker(screen, 0)->center(), center);
+    QCOMPARE(screen->dummyPopoverView()->frame(), screen->view()->bounds());
+    QVERIFY(!screen->dummyPopoverView()->superview());
 }
 
 void tst_BrevantoAdVC::keepsTheGroupWhenTheImageFails_data()
