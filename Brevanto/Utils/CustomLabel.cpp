@@ -3,17 +3,13 @@
 #include "Brevanto/BrevantoBundle.h"
 #include "Platform/Interface/SceneEngine.h"
 
-#include <QQmlEngine>
-
 CustomLabel::CustomLabel(QQuickItem *parent)
     : Label(parent)
 {
     const QUrl url(QStringLiteral("qrc%1/BrevantoStoryBoard/TextShadow.qml").arg(brevantoBundle().resourceRoot()));
-    QQuickItem *shadow =
-        Platform::SceneEngine::loadScene(url, {{QStringLiteral("source"), QVariant::fromValue(textItem())}}).release();
-    shadow->setParent(this);
-    shadow->setParentItem(this);
-    shadow->stackBefore(textItem());
+    m_shadow = Platform::SceneEngine::loadScene(url, {{QStringLiteral("source"), QVariant::fromValue(textItem())}});
+    m_shadow->setParentItem(this);
+    m_shadow->stackBefore(textItem());
 }
 
 CustomLabel::CustomLabel(const QRectF &frame)
@@ -21,3 +17,5 @@ CustomLabel::CustomLabel(const QRectF &frame)
 {
     setFrame(frame);
 }
+
+CustomLabel::~CustomLabel() = default;

@@ -1,10 +1,14 @@
 #include "Brevanto/BrevantoBundle.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
+#include "Brevanto/Utils/CustomLabel.h"
 #include "Platform/Foundation/UserDefaults.h"
 #include "Platform/Interface/NavigationController.h"
 
+#include <QQuickWindow>
 #include <QSettings>
 #include <QtTest>
+
+#include <algorithm>
 
 namespace
 {
@@ -42,6 +46,7 @@ private Q_SLOTS:
     void barButtons_data();
     void barButtons();
     void barButtonOutlivesScreen();
+    void customLabelThrowsShadow();
     void assets_data();
     void assets();
     void loadedOnce();
@@ -247,6 +252,34 @@ void TestBrevantoUtils::barButtonOutlivesScreen()
     const auto action = screen->navigationItem()->leftBarButtonItems().last().action;
     screen.reset();
     action();
+}
+
+// White text on white shows by its shadow alone, below and to the right of the text.
+void TestBrevantoUtils::customLabelThrowsShadow()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("TypeError|ReferenceError")));
+    QQuickWindow window;
+    window.resize(200, 100);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const auto darkest = [&window] {
+        const QImage picture = window.grabWindow().convertToFormat(QImage::Format_Grayscale8);
+        int value = 255;
+        for (int y = 0; y < picture.height(); ++y)
+            value = std::min<int>(
+                value, *std::min_element(picture.constScanLine(y), picture.constScanLine(y) + picture.width()));
+        return value;
+    };
+    {
+        CustomLabel label(QRectF(20, 20, 160, 60));
+        label.setParentItem(window.contentItem());
+        label.setTextColor(Qt::white);
+        QCOMPARE(darkest(), 255);
+        label.setText(QStringLiteral("Caption"));
+        QTRY_VERIFY(darkest() < 200);
+        label.setText({});
+        QTRY_COMPARE(darkest(), 255);
+    }
 }
 
 void TestBrevantoUtils::assets_data()
