@@ -148,8 +148,19 @@ void BrevantoCameraVC::sendCapturedData(const QByteArray &data)
     scheduleTimeOut();
 }
 
+bool BrevantoCameraVC::isLeaving() const
+{
+    const ViewController *root = this;
+    while (root->parentViewController())
+        root = root->parentViewController();
+    const ViewController *presenter = presentingViewController();
+    return presenter && presenter->presentedViewController() != root;
+}
+
 void BrevantoCameraVC::requestCompleted(const std::optional<BrevantoMatchGroupList> &matchGroups)
 {
+    if (isLeaving())
+        return;
     if (ViewController *presented = presentedViewController())
         presented->dismiss(true);
     stopAnimating();
@@ -195,7 +206,7 @@ void BrevantoCameraVC::scheduleTimeOut()
 void BrevantoCameraVC::timedOut()
 {
     NavigationController *navigation = navigationController();
-    if (!*m_isRequestOnProcess || !navigation || navigation->topViewController() != this)
+    if (!*m_isRequestOnProcess || !navigation || navigation->topViewController() != this || isLeaving())
         return;
     auto alert = std::make_unique<AlertController>(QStringLiteral("Getting response might take more time"), QString());
     alert->addAction({QStringLiteral("OK"), AlertActionStyle::Cancel, whileAlive([this] { scheduleTimeOut(); })});

@@ -99,6 +99,8 @@ private:
 
     std::shared_ptr<Platform::CaptureConnection> videoConnection() const;
     static void sendCapturePhoto(const Reference &screen, const Platform::Image &photo);
+    // Whether the user has closed the SDK and its screens are on their way out.
+    bool isLeaving() const;
     void requestCompleted(const std::optional<BrevantoMatchGroupList> &matchGroups);
     void requestFailed();
     void scheduleTimeOut();

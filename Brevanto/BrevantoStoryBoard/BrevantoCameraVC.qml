@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic as Basic
 import Brevanto.Platform
 import Brevanto.StoryBoard
 
@@ -40,6 +39,7 @@ View {
     View {
         id: dashed
         objectName: "dashedView"
+        visible: false
         x: root.landscape ? 76 : 24
         y: root.landscape ? 40 : root.topMargin + 44 + 20
         width: (root.landscape ? bar.x : root.width) - 2 * x
@@ -59,14 +59,13 @@ View {
         cornerRadius: 44
         backgroundColor: "#99000000"
 
-        Basic.BusyIndicator {
+        onRunningChanged: running ? wheel.startAnimating() : wheel.stopAnimating()
+
+        ActivityIndicator {
+            id: wheel
             anchors.centerIn: parent
-            width: 48
-            height: 48
-            running: spinner.running
-            palette.dark: "white"
-            Accessible.role: Accessible.Animation
-            Accessible.name: "Searching"
+            width: 37
+            height: 37
         }
     }
 
@@ -93,6 +92,7 @@ View {
             x: root.landscape ? bar.across(width) : bar.along(1 / 6, width)
             y: root.landscape ? bar.along(1 / 6, height) : bar.across(height)
             text: "Recents"
+            tint: "white"
             iconSource: "../Assets/ic_recents.svg"
             onClicked: root.controller.recentsButtonAction()
         }
@@ -102,7 +102,7 @@ View {
             anchors.horizontalCenter: recents.horizontalCenter
             text: recents.text
             color: "white"
-            font.pixelSize: 12
+            font: SystemFont.regular(12)
             Accessible.ignored: true
         }
         ShutterButton {
@@ -118,7 +118,7 @@ View {
             x: root.landscape ? bar.across(width) : bar.along(5 / 6, width)
             y: root.landscape ? bar.along(5 / 6, height) : bar.across(height)
             text: "Flash"
-            checkable: false
+            tint: "white"
             iconSource: selected ? "../Assets/ic_flash_on.svg" : "../Assets/ic_flash_off.svg"
             onClicked: root.controller.flashButtonAction()
         }

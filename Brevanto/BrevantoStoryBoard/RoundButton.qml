@@ -6,6 +6,8 @@ T.AbstractButton {
     id: control
 
     property url iconSource
+    // What the button's translucent disc is made of: dark over a picture, light on a dark ground.
+    property color tint: "black"
     // Shown lit: what the button switches is on.
     property bool selected: false
 
@@ -20,20 +22,16 @@ T.AbstractButton {
     Accessible.name: text
     Accessible.checkable: checkable
     Accessible.checked: selected
-    Accessible.onPressAction: control.click()
+    Accessible.onPressAction: control.clicked()
 
-    Keys.onReturnPressed: control.click()
-    Keys.onEnterPressed: control.click()
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
 
     background: Rectangle {
         radius: width / 2
-        color: control.selected ? "#f2ffffff" : control.pressed ? "#99000000" : control.hovered ? "#73000000" : "#59000000"
+        color: control.selected ? "#f2ffffff" : Qt.alpha(control.tint, control.pressed ? 0.6 : control.hovered ? 0.45 : 0.35)
         border.width: control.visualFocus ? 2 : 0
         border.color: "#4da3ff"
-
-        Behavior on color {
-            ColorAnimation { duration: 120 }
-        }
     }
     contentItem: Item {
         Image {

@@ -12,10 +12,10 @@ T.AbstractButton {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: control.click()
+    Accessible.onPressAction: control.clicked()
 
-    Keys.onReturnPressed: control.click()
-    Keys.onEnterPressed: control.click()
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
 
     background: Rectangle {
         radius: width / 2

@@ -88,21 +88,17 @@ QString CameraScreen::alertTitle() const
     return shown ? shown->title() : QString();
 }
 
-void CameraScreen::choose(const QString &buttonTitle)
+bool CameraScreen::choose(const QString &buttonTitle)
 {
     const QPointer<Platform::AlertController> shown(alert());
-    QQuickItem *button = nullptr;
-    if (!QTest::qWaitFor([&] {
-            button = itemWithText(window.window()->contentItem(), buttonTitle);
-            return button != nullptr;
-        }))
-        qFatal("The alert has no button \"%s\"", qPrintable(buttonTitle));
-    if (!QTest::qWaitFor([&] {
-            if (shown)
-                window.tap(button);
-            return !shown;
-        }))
-        qFatal("The alert stays");
+    return QTest::qWaitFor([&] {
+        if (!shown)
+            return true;
+        // An alert that is still appearing takes no touches.
+        if (const QQuickItem *button = itemWithText(window.window()->contentItem(), buttonTitle))
+            window.tap(button);
+        return false;
+    });
 }
 
 bool CameraScreen::advanceUntil(const std::function<bool()> &condition)
@@ -117,14 +113,14 @@ bool CameraScreen::advanceUntil(const std::function<bool()> &condition)
         10000);
 }
 
-void CameraScreen::shoot()
+bool CameraScreen::shoot()
 {
     const int before = server.requestCount();
+    if (!QTest::qWaitFor([this] { return camera->isDelivering; }))
+        return false;
     tap(QStringLiteral("captureButton"));
-    if (!advanceUntil([this] { return screen->isRequestOnProcess(); }))
-        qFatal("The upload did not start");
-    if (!QTest::qWaitFor([&] { return server.requestCount() > before; }))
-        qFatal("The upload did not arrive");
+    return advanceUntil([this] { return screen->isRequestOnProcess(); })
+        && QTest::qWaitFor([&] { return server.requestCount() > before; });
 }
 
 RawServer::Answer CameraScreen::matches(const QStringList &adImages)

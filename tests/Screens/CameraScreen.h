@@ -59,12 +59,13 @@ public:
     // The alert's title; empty when there is none.
     QString alertTitle() const;
     // Taps the alert's button and waits until the alert is gone.
-    void choose(const QString &buttonTitle);
+    bool choose(const QString &buttonTitle);
 
     // Moves the time forward by little steps until the condition holds; false when it does not come to that.
     bool advanceUntil(const std::function<bool()> &condition);
-    // Taps the shutter and waits until the upload has started, at the present time of the clock.
-    void shoot();
+    // Taps the shutter once the camera is live and waits until the upload has started, at the present time of the
+    // clock.
+    bool shoot();
 
     // An answer of the service: a match for each of these ad images.
     static RawServer::Answer matches(const QStringList &adImages);

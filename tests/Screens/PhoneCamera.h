@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Platform/Capture/CaptureDevice.h"
+#include "support/TestImages.h"
 
 #include <QVideoFrame>
+
+#include <algorithm>
 
 // A back camera as a phone has one, as far as the test grants it.
 class PhoneCamera : public Platform::CaptureDevice
@@ -48,12 +51,27 @@ protected:
     void applyFocusMode(Platform::CaptureFocusMode focusMode) override { focus = focusMode; }
     void applyZoom(qreal factor, qreal) override { zoom = factor; }
     bool acquireConfiguration() override { return !refusesConfiguration; }
-    void startDelivering(Platform::CaptureSessionPreset, FrameHandler) override
+    void startDelivering(Platform::CaptureSessionPreset, FrameHandler handler) override
     {
         ++startCount;
         isDelivering = true;
+        handler(frame());
     }
     void stopDelivering() override { isDelivering = false; }
+
+private:
+    // What the camera sees: a picture with dark and bright parts.
+    static QVideoFrame frame()
+    {
+        const QImage picture = TestImages::quarters({600, 800}).convertToFormat(QImage::Format_RGB32);
+        QVideoFrame frame(QVideoFrameFormat(picture.size(), QVideoFrameFormat::Format_BGRX8888));
+        if (!frame.map(QVideoFrame::WriteOnly))
+            return {};
+        for (int y = 0; y < picture.height(); ++y)
+            std::copy_n(picture.constScanLine(y), picture.bytesPerLine(), frame.bits(0) + y * frame.bytesPerLine(0));
+        frame.unmap();
+        return frame;
+    }
 };
 
 // The user's answer to the system's question, as the test gives it.

@@ -5,6 +5,7 @@
 #include "Brevanto/Utils/BrevantoReachabilityManager.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
 #include "Platform/Interface/AlertController.h"
+#include "Platform/Interface/ImageView.h"
 #include "Platform/Interface/ShapeLayer.h"
 #include "Platform/Interface/Window.h"
 #include "support/TestImages.h"
@@ -38,6 +39,18 @@ int guidePixels(CameraScreen &camera)
         white += qGray(shot.pixel(int(guide.left()), y)) > 200 ? 1 : 0;
     return white;
 }
+
+class Opener : public Platform::Application::URLOpener
+{
+public:
+    Opener() { Platform::Application::setURLOpener(this); }
+    ~Opener() override { Platform::Application::setURLOpener(nullptr); }
+
+    bool canOpen(const QUrl &) override { return true; }
+    void open(const QUrl &url, std::function<void(bool)>) override { opened += url; }
+
+    QList<QUrl> opened;
+};
 
 } // namespace
 
@@ -148,12 +161,14 @@ void tst_BrevantoCameraVC::leavesFromPermissionAlert()
     QFETCH(CaptureAuthorizationStatus, status);
     QFETCH(QString, button);
     Permission permission(status);
+    Opener system;
     CameraScreen camera;
     camera.open();
     QTRY_VERIFY(camera.alert());
-    camera.choose(button);
+    QVERIFY(camera.choose(button));
     QTRY_VERIFY(!camera.navigation && !camera.screen);
     QVERIFY(!Platform::Window::of(camera.window.window())->rootViewController()->presentedViewController());
+    QCOMPARE(system.opened.size(), button == QStringLiteral("Settings") ? 1 : 0);
 }
 
 void tst_BrevantoCameraVC::startsOnceTheUserAgrees()
@@ -169,7 +184,7 @@ void tst_BrevantoCameraVC::startsOnceTheUserAgrees()
     permission.answer(true);
     QTRY_VERIFY(camera.camera->isDelivering);
     QVERIFY(!camera.alert());
-    camera.shoot();
+    QVERIFY(camera.shoot());
 }
 
 void tst_BrevantoCameraVC::saysSoWhenTheUserDeclines()
@@ -198,7 +213,7 @@ void tst_BrevantoCameraVC::livesWithoutCamera()
     QTRY_COMPARE(camera.alertTitle(), QStringLiteral("Camera Disabled"));
     QVERIFY(!camera.item(QStringLiteral("captureButton"))->isEnabled());
     camera.window.grab(QStringLiteral("camera-none"));
-    camera.choose(QStringLiteral("Cancel"));
+    QVERIFY(camera.choose(QStringLiteral("Cancel")));
     QVERIFY(camera.isOpen());
 }
 
@@ -281,12 +296,21 @@ void tst_BrevantoCameraVC::pinchesWithTwoFingers()
     const std::unique_ptr<QPointingDevice> fingers(QTest::createTouchDevice());
     QQuickWindow *window = camera.window.window();
     const QPoint middle(195, 400);
-    QTest::touchEvent(window, fingers.get()).press(0, middle - QPoint(0, 40)).press(1, middle + QPoint(0, 40));
-    for (int distance = 40; distance <= 120; distance += 8)
+    QTest::touchEvent(window, fingers.get())
+        .press(0, middle - QPoint(0, 40), window)
+        .press(1, middle + QPoint(0, 40), window);
+    for (int distance = 40; distance <= 120; distance += 8) {
         QTest::touchEvent(window, fingers.get())
-            .move(0, middle - QPoint(0, distance))
-            .move(1, middle + QPoint(0, distance));
-    QTest::touchEvent(window, fingers.get()).release(0, middle - QPoint(0, 120)).release(1, middle + QPoint(0, 120));
+            .move(0, middle - QPoint(0, distance), window)
+            .move(1, middle + QPoint(0, distance), window);
+        // The window hands on what moved with the next frame.
+        QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+        window->requestUpdate();
+        QTRY_VERIFY(!frames.isEmpty());
+    }
+    QTest::touchEvent(window, fingers.get())
+        .release(0, middle - QPoint(0, 120), window)
+        .release(1, middle + QPoint(0, 120), window);
     QTRY_VERIFY(camera.camera->zoom > 1.5);
     QVERIFY(camera.camera->zoom < 3.5);
 }
@@ -341,7 +365,8 @@ void tst_BrevantoCameraVC::laysOutControls()
     QFETCH(QSize, size);
     CameraScreen camera(size);
     camera.open();
-    camera.window.grab(QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
+    const QString name = QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag()));
+    QTRY_VERIFY(camera.window.grab(name).pixelColor(size.width() / 4, size.height() / 3) == Qt::red);
     const QRectF screen(QPointF(0, 0), QSizeF(size));
     const QRectF bar = inWindow(camera.item(QStringLiteral("bottomBar")));
     const QRectF guide = inWindow(camera.item(QStringLiteral("dashedView")));
@@ -366,6 +391,7 @@ void tst_BrevantoCameraVC::staysClearOfTheBanner()
     CameraScreen::network().setOffline();
     const Platform::View *banner = BrevantoReachabilityManager::instance()->noNetworkView();
     QTRY_COMPARE(banner->superview(), camera.screen->view());
+    QTRY_VERIFY(camera.window.grab().pixelColor(100, 300) == Qt::red);
     for (const QString &control : controls)
         QVERIFY2(!inWindow(camera.item(control)).intersects(inWindow(banner)), qPrintable(control));
     camera.window.grab(QStringLiteral("camera-offline"));
@@ -470,6 +496,8 @@ void tst_BrevantoCameraVC::splash()
     QVERIFY(BrevantoUtils::isAppLoadedOnce());
     // The mark stands on the right end of the centred wordmark.
     QCOMPARE(inWindow(mark), QRectF((390 - 175) / 2.0 + 175 - 48, (844 - 24) / 2.0, 24, 24));
+    const auto *logo = camera.navigation->view()->findChild<Platform::ImageView *>();
+    QTRY_VERIFY(logo && logo->isShowingImage());
     camera.window.grab(QStringLiteral("camera-splash"));
 
     camera.clock.advance(std::chrono::seconds(seconds) - 10ms);

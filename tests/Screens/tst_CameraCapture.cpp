@@ -123,7 +123,7 @@ void tst_CameraCapture::uploadsASmallGreyPhoto()
     CameraScreen camera;
     camera.camera->jpeg = TestImages::jpeg(TestImages::quarters(stored), exif);
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     const RawServer::Request request = camera.server.requests().constFirst();
     QCOMPARE(request.method, "POST");
     QCOMPARE(request.target, "/image/upload");
@@ -149,10 +149,11 @@ void tst_CameraCapture::goesFromTheShutterToTheAd()
     camera.prepareAnswer(CameraScreen::matches({camera.server.url(QStringLiteral("/ad.jpg"))}));
     camera.open();
     QTRY_VERIFY(camera.camera->isDelivering);
-    camera.shoot();
+    QVERIFY(camera.shoot());
     QTRY_VERIFY(isSpinning(camera));
-    QTRY_VERIFY(!camera.camera->isDelivering); // frozen
-    camera.window.grab(QStringLiteral("camera-uploading"));
+    QTRY_VERIFY(!camera.camera->isDelivering);
+    const QImage shot = camera.window.grab();
+    QTRY_VERIFY2(camera.window.grab(QStringLiteral("camera-uploading")) != shot, "The spinner stands");
 
     camera.server.resume();
     QTRY_VERIFY(ad(camera));
@@ -174,7 +175,7 @@ void tst_CameraCapture::showsTheFirstOfSeveralGroups()
     CameraScreen camera;
     camera.prepareAnswer(CameraScreen::matches({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     camera.server.resume();
     QTRY_VERIFY(ad(camera));
     QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), QStringLiteral("a"));
@@ -195,16 +196,16 @@ void tst_CameraCapture::tellsThatNothingMatched()
     CameraScreen camera;
     camera.prepareAnswer(RawServer::Answer::json(answer));
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     camera.server.resume();
     QTRY_COMPARE(camera.alertTitle(), noMatchTitle);
     QCOMPARE(camera.alert()->message(), QString());
     QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
     QVERIFY(!camera.screen->captureSession()->isRunning());
     camera.window.grab(QStringLiteral("camera-no-match"));
-    camera.choose(captureAgain);
+    QVERIFY(camera.choose(captureAgain));
     QTRY_VERIFY(isLive(camera));
-    camera.shoot();
+    QVERIFY(camera.shoot());
 }
 
 void tst_CameraCapture::staysLiveWithoutPhoto_data()
@@ -237,14 +238,14 @@ void tst_CameraCapture::staysLiveWithoutPhoto()
     camera.camera->answers = true;
     camera.camera->jpeg = TestImages::jpeg(TestImages::quarters({300, 400}));
     QTest::qWait(0);
-    camera.shoot();
+    QVERIFY(camera.shoot());
 }
 
 void tst_CameraCapture::asksForPatience()
 {
     CameraScreen camera;
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     for (int round = 0; round < 3; ++round) {
         camera.clock.advance(9990ms);
         QVERIFY(!camera.alert());
@@ -258,7 +259,7 @@ void tst_CameraCapture::asksForPatience()
         QCOMPARE(camera.alert()->actions()[1].style, Platform::AlertActionStyle::Default);
         QVERIFY(isSpinning(camera));
         camera.window.grab(QStringLiteral("camera-time-out"));
-        camera.choose(QStringLiteral("OK"));
+        QVERIFY(camera.choose(QStringLiteral("OK")));
         QVERIFY(camera.screen->isRequestOnProcess());
         QVERIFY(!camera.screen->captureSession()->isRunning());
         QTest::qWait(0);
@@ -282,7 +283,7 @@ void tst_CameraCapture::answerClosesTheDialog()
     CameraScreen camera;
     camera.prepareAnswer(answer);
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     waitOutTheTimeOut(camera);
     const QPointer<Platform::AlertController> dialog(camera.alert());
     camera.server.resume();
@@ -298,7 +299,7 @@ void tst_CameraCapture::answerClosesTheDialog()
     QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
     QCOMPARE(camera.alert()->message(), alert == noMatchTitle ? QString() : QStringLiteral("Something went wrong!!"));
     camera.window.grab(QStringLiteral("camera-late-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
-    camera.choose(captureAgain);
+    QVERIFY(camera.choose(captureAgain));
     QTRY_VERIFY(isLive(camera));
     QVERIFY(!ad(camera));
 }
@@ -317,9 +318,9 @@ void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest()
     CameraScreen camera;
     camera.prepareAnswer(answer);
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     waitOutTheTimeOut(camera);
-    camera.choose(captureAgain);
+    QVERIFY(camera.choose(captureAgain));
     QVERIFY(!camera.screen->isRequestOnProcess());
     QTRY_VERIFY(isLive(camera));
     camera.server.resume();
@@ -328,7 +329,7 @@ void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest()
     camera.prepareAnswer(CameraScreen::matches({QStringLiteral("second")}));
     QTest::qWait(50);
     QVERIFY(!ad(camera) && !camera.alert());
-    camera.shoot();
+    QVERIFY(camera.shoot());
     camera.server.resume();
     QTRY_VERIFY(ad(camera));
     QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), QStringLiteral("second"));
@@ -340,7 +341,7 @@ void tst_CameraCapture::failsWithoutAWord()
     CameraScreen camera;
     camera.prepareAnswer(refusal());
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     QTRY_VERIFY(isSpinning(camera));
     camera.server.resume();
     QTRY_VERIFY(!isSpinning(camera));
@@ -356,7 +357,7 @@ void tst_CameraCapture::resumesAfterASilentFailure()
     CameraScreen camera;
     camera.prepareAnswer(refusal());
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     camera.server.resume();
     QTRY_VERIFY(!camera.screen->isRequestOnProcess());
     camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
@@ -369,14 +370,14 @@ void tst_CameraCapture::oldTimerAsksForTheNextRequest()
 {
     CameraScreen camera;
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     waitOutTheTimeOut(camera);
-    camera.choose(QStringLiteral("OK")); // a timer for ten seconds from here on
+    QVERIFY(camera.choose(QStringLiteral("OK"))); // a timer for ten seconds from here on
     camera.server.resume();
     QTRY_COMPARE(camera.alertTitle(), noMatchTitle);
-    camera.choose(captureAgain);
+    QVERIFY(camera.choose(captureAgain));
     camera.clock.advance(8s);
-    camera.shoot();
+    QVERIFY(camera.shoot());
     QVERIFY(!camera.alert());
     camera.clock.advance(2s);
     QTRY_COMPARE(camera.alertTitle(), timeOutTitle);
@@ -386,7 +387,7 @@ void tst_CameraCapture::leavesOtherScreensAlone()
 {
     CameraScreen camera;
     camera.open();
-    camera.shoot();
+    QVERIFY(camera.shoot());
     camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
     QTRY_VERIFY(!camera.screen->isVisible());
     camera.clock.advance(10s);
@@ -431,7 +432,7 @@ void tst_CameraCapture::drawsTheEyeToTheBannerOffline()
         QCOMPARE(camera.alert()->message(), QString());
         QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
         camera.window.grab(QStringLiteral("camera-offline-alert"));
-        camera.choose(QStringLiteral("OK"));
+        QVERIFY(camera.choose(QStringLiteral("OK")));
         QTRY_VERIFY(isLive(camera));
     } else {
         camera.clock.advance(20s);
@@ -466,7 +467,7 @@ void tst_CameraCapture::closesAtAnyStage()
         else
             QTRY_VERIFY(camera.camera->pending);
     } else {
-        camera.shoot();
+        QVERIFY(camera.shoot());
     }
     if (stage == QStringLiteral("dialog"))
         waitOutTheTimeOut(camera);
