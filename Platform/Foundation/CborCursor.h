@@ -16,9 +16,9 @@ public:
     enum Major : quint8 { Unsigned, Negative, Bytes, Text, List, Map, Tag, Simple };
 
     struct Head {
-        Major major;
-        quint8 information;
-        quint64 argument;
+        Major major = {};
+        quint8 information = 0;
+        quint64 argument = 0;
 
         bool isIndefinite() const { return information == 31; }
     };
