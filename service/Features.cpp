@@ -68,7 +68,7 @@ Features detected(const cv::Mat &image, int limit)
     sift->detectAndCompute(image, cv::noArray(), keyPoints, sums);
 
     Features features;
-    features.descriptors = cv::Mat::zeros(int(keyPoints.size()), descriptorLength, CV_8U);
+    features.descriptors = cv::Mat(int(keyPoints.size()), descriptorLength, CV_8U, cv::Scalar(0));
     features.points.reserve(keyPoints.size());
     for (int row = 0; row < int(keyPoints.size()); ++row) {
         const cv::KeyPoint &point = keyPoints[std::size_t(row)];

@@ -95,11 +95,11 @@ bool isPlausible(const cv::Mat &homography, const cv::Size &frame, const cv::Siz
     return area > 0.02 * photoArea && area < 9 * photoArea;
 }
 
-double correlationOf(const AdFeatures &ad, const cv::Mat &preparedPhoto, const cv::Mat &homography)
+double correlationOf(const AdFeatures &ad, const cv::Mat &preparedPhoto, const cv::Matx33d &homography)
 {
-    const cv::Mat shrink = (cv::Mat_<double>(3, 3) << double(ad.frame.width) / ad.thumbnail.cols, 0, 0, 0,
-                            double(ad.frame.height) / ad.thumbnail.rows, 0, 0, 0, 1);
-    const cv::Mat toPhoto = homography * shrink;
+    const cv::Matx33d shrink(double(ad.frame.width) / ad.thumbnail.cols, 0, 0, 0,
+                             double(ad.frame.height) / ad.thumbnail.rows, 0, 0, 0, 1);
+    const cv::Matx33d toPhoto = homography * shrink;
     cv::Mat straightened;
     cv::warpPerspective(preparedPhoto, straightened, toPhoto, ad.thumbnail.size(),
                         cv::INTER_AREA | cv::WARP_INVERSE_MAP);
@@ -118,7 +118,8 @@ double correlationOf(const AdFeatures &ad, const cv::Mat &preparedPhoto, const c
     cv::Mat one, two;
     straightened.convertTo(one, CV_32F, 1, -meanOne[0]);
     ad.thumbnail.convertTo(two, CV_32F, 1, -meanTwo[0]);
-    return cv::mean(one.mul(two), seen)[0] / deviations;
+    cv::multiply(one, two, one);
+    return cv::mean(one, seen)[0] / deviations;
 }
 
 } // namespace
@@ -168,7 +169,7 @@ std::optional<Evidence> evidenceFor(const AdFeatures &ad, const cv::Mat &prepare
     std::vector<cv::Point2f> hull;
     cv::convexHull(agreeing, hull);
     evidence.coverage = cv::contourArea(hull) / (double(ad.frame.width) * ad.frame.height);
-    evidence.correlation = correlationOf(ad, preparedPhoto, homography);
+    evidence.correlation = correlationOf(ad, preparedPhoto, cv::Matx33d(homography));
     return evidence;
 }
 

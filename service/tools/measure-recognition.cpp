@@ -13,7 +13,6 @@
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -23,15 +22,8 @@
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr int fewestPhotos = 400;
 constexpr int firstStranger = 1000000;
-
-double secondsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
 
 cv::Mat grey(const cv::Mat &colour)
 {
@@ -138,16 +130,16 @@ std::unique_ptr<MatchService::Recognizer> started(int count, Start &start)
     const MatchService::FeatureCache cache(folder.path());
     for (int poster = 0; poster < count; ++poster) {
         const cv::Mat picture = grey(Tools::madePoster(poster));
-        const auto begin = Clock::now();
+        const double begin = processorSeconds();
         cache.store(keyOf(poster), MatchService::featuresOfAd(picture));
-        start.withoutCache += secondsSince(begin);
+        start.withoutCache += processorSeconds() - begin;
     }
-    const auto begin = Clock::now();
+    const double begin = processorSeconds();
     std::vector<MatchService::AdFeatures> ads;
     for (int poster = 0; poster < count; ++poster)
         ads.push_back(cache.find(keyOf(poster)).value());
     auto recognizer = std::make_unique<MatchService::Recognizer>(std::move(ads));
-    start.withCache = secondsSince(begin);
+    start.withCache = processorSeconds() - begin;
     start.withoutCache += start.withCache;
     return recognizer;
 }
