@@ -7,7 +7,8 @@
 // Made by the build for the scenes' QML module.
 extern void qml_register_types_Brevanto_StoryBoard();
 
-namespace {
+namespace
+{
 
 template <typename Controller>
 std::unique_ptr<QObject> make()

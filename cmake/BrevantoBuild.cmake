@@ -29,3 +29,13 @@ function(brevanto_silence_generated_sources target)
     list(FILTER generated INCLUDE REGEX "qmlcache.*\\.cpp$")
     set_source_files_properties(${generated} PROPERTIES COMPILE_OPTIONS "-w")
 endfunction()
+
+# What nearly every source of a target includes through others, compiled once. Sources still include what they use:
+# script/lint reads them without this.
+function(brevanto_precompile target)
+    target_precompile_headers(${target} PRIVATE
+        <algorithm> <array> <atomic> <chrono> <functional> <memory> <optional> <vector>
+        <QByteArray> <QCoreApplication> <QDateTime> <QFile> <QHash> <QImage> <QJsonObject> <QMutex> <QObject>
+        <QPointer> <QQmlEngine> <QQuickWindow> <QString> <QUrl> <QVariant> <QtQmlIntegration>
+        ${ARGN})
+endfunction()

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Platform/Foundation/Export.h"
 #include "Platform/Capture/CaptureAuthorization.h"
 #include "Platform/Capture/CaptureSampleBuffer.h"
+#include "Platform/Foundation/Export.h"
 
 #include <QObject>
 #include <QVideoFrame>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Foundation/Export.h"
 #include "Platform/Capture/CaptureDevice.h"
+#include "Platform/Foundation/Export.h"
 
 #include <QStringList>
 

@@ -5,9 +5,11 @@
 #include <QMutexLocker>
 #include <QObject>
 
-namespace Platform {
+namespace Platform
+{
 
-namespace {
+namespace
+{
 
 QString assetPath(const QString &root, const QString &name)
 {

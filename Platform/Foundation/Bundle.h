@@ -11,7 +11,8 @@
 
 class QObject;
 
-namespace Platform {
+namespace Platform
+{
 
 // A folder of resources and the classes that belong to them. A library makes one for itself.
 class Bundle

@@ -4,9 +4,11 @@
 
 #include <atomic>
 
-namespace Platform {
+namespace Platform
+{
 
-namespace {
+namespace
+{
 
 class SystemClock final : public Clock
 {

@@ -5,7 +5,8 @@
 #include <chrono>
 #include <functional>
 
-namespace Platform {
+namespace Platform
+{
 
 // The one source of time for delayed work and view animations.
 class Clock
@@ -16,7 +17,8 @@ public:
     // The clock in use: the system's, unless a test has put its own in place.
     static Clock &current();
 
-    // Replaces the clock; null restores the system's. The caller keeps ownership. Only while no delayed work is pending.
+    // Replaces the clock; null restores the system's. The caller keeps ownership. Only while no delayed work is
+    // pending.
     static void setCurrent(Clock *clock);
 
     // Monotonic time since an arbitrary start.

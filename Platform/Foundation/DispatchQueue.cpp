@@ -2,9 +2,11 @@
 
 #include <QCoreApplication>
 
-namespace Platform {
+namespace Platform
+{
 
-namespace {
+namespace
+{
 
 thread_local QString runningLabel;
 

@@ -6,7 +6,8 @@
 
 #include <functional>
 
-namespace Platform {
+namespace Platform
+{
 
 // A named queue of blocks that run on threads of its own: one at a time in order (serial), or in parallel (concurrent).
 class DispatchQueue

@@ -2,7 +2,8 @@
 
 #include "Platform/Foundation/Log.h"
 
-namespace Platform {
+namespace Platform
+{
 
 Exception::Exception(Name name, const QString &reason)
     : m_name(name)

@@ -4,7 +4,8 @@
 
 #include <exception>
 
-namespace Platform {
+namespace Platform
+{
 
 // A programming or packaging fault, as the platform raises it. Not used for results: those travel through blocks.
 class Exception : public std::exception
@@ -24,8 +25,8 @@ private:
     QByteArray m_what;
 };
 
-// Reports a failed assertion with its place to the log and raises InternalInconsistency. A null file or function name is
-// reported as "<Unknown File>" or "<Unknown Function>".
+// Reports a failed assertion with its place to the log and raises InternalInconsistency. A null file or function name
+// is reported as "<Unknown File>" or "<Unknown Function>".
 [[noreturn]] void failAssertion(const QString &message, const char *function, const char *file, int line);
 
 } // namespace Platform

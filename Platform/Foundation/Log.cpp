@@ -4,7 +4,8 @@
 
 Q_LOGGING_CATEGORY(brevantoLog, "brevanto", QtInfoMsg)
 
-namespace Platform {
+namespace Platform
+{
 
 void log(const QString &message)
 {

@@ -1,6 +1,7 @@
 #include "Platform/Foundation/NotificationCenter.h"
 
-namespace Platform {
+namespace Platform
+{
 
 NotificationCenter &NotificationCenter::defaultCenter()
 {

@@ -8,7 +8,8 @@
 #include <functional>
 #include <vector>
 
-namespace Platform {
+namespace Platform
+{
 
 struct Notification {
     QString name;

@@ -2,7 +2,8 @@
 
 #include <QSettings>
 
-namespace Platform {
+namespace Platform
+{
 
 bool UserDefaults::boolForKey(const QString &key)
 {

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace Platform {
+namespace Platform
+{
 
 // The host application's persistent settings (QSettings under the application's own organisation and name).
 class UserDefaults

@@ -24,8 +24,8 @@ public:
     // An image over pixels that are decoded already.
     explicit Image(const QImage &bitmap, qreal scale = 1.0, ImageOrientation orientation = ImageOrientation::Up);
 
-    // The image in encoded bytes (any format Qt reads); null when the bytes are none, or when the image has no pixels or
-    // more than largestPixelCount. Reads the header only.
+    // The image in encoded bytes (any format Qt reads); null when the bytes are none, or when the image has no pixels
+    // or more than largestPixelCount. Reads the header only.
     static Image withData(const QByteArray &data);
     // The image in a file or resource; null when there is none.
     static Image withContentsOfFile(const QString &path);
@@ -40,14 +40,14 @@ public:
     ImageOrientation orientation() const;
 
     // The stored pixels, orientation not applied; decoded at `size` pixels when one is given (aspect ratio not kept).
-    // Null when the bytes do not decode. Qt's allocation limit (QImageReader) holds: a very large image decodes only when
-    // a smaller size is given. Nothing is kept: each call decodes anew.
+    // Null when the bytes do not decode. Qt's allocation limit (QImageReader) holds: a very large image decodes only
+    // when a smaller size is given. Nothing is kept: each call decodes anew.
     QImage bitmap(const QSize &size = {}) const;
     // The upright pixels, decoded at `size` pixels when one is given.
     QImage upright(const QSize &size = {}) const;
 
-    // JPEG bytes of the upright image, quality from 0.0 (smallest) to 1.0; a grey bitmap gives a grey JPEG. Transparency
-    // is laid over black. Empty on failure.
+    // JPEG bytes of the upright image, quality from 0.0 (smallest) to 1.0; a grey bitmap gives a grey JPEG.
+    // Transparency is laid over black. Empty on failure.
     QByteArray jpegData(qreal quality) const;
 
     // Key under which views find the image again; equal for copies of one image.
