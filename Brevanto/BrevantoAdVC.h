@@ -60,6 +60,13 @@ public:
     // Makes the marker's match the active one and says so when it has nothing to offer.
     void hotSpotViewTapped(BrevantoHotspotView *hotSpotView);
 
+    // Shows the page in the web viewer; says so when there is no address.
+    void openArticleOnWeb(const QString &urlString);
+    // Plays the video or audio clip at that address.
+    void openAvPlayerControllerWithUrl(const QString &urlString);
+    // A clip was played to its end: takes the player away.
+    void itemDidFinishPlaying();
+
     Q_INVOKABLE void navBarBackButtonAction();
 
     void popoverPresentationControllerDidDismissPopover();
@@ -76,6 +83,7 @@ private:
     std::shared_ptr<BrevantoMatch> firstMatch() const;
     void addHotspot(const BrevantoMatch &match, const QRectF &imageRect, qint32 index);
     void setImageLoading(bool loading);
+    void showOptionNotAvailable();
 
     std::shared_ptr<BrevantoMatchGroup> m_matchGroup;
     std::shared_ptr<BrevantoMatch> m_activeMatchObject;
