@@ -64,17 +64,18 @@ void NavigationController::viewDidLoad()
     ViewController::viewDidLoad();
     connect(view(), &QQuickItem::widthChanged, this, [this] { place(topViewController()); });
     connect(view(), &QQuickItem::heightChanged, this, [this] { place(topViewController()); });
-    for (const auto &controller : d->stack) {
+    // The first screen may set the appearance while it loads; the bar's look decides where the screens stand.
+    for (const auto &controller : d->stack)
+        controller->view();
+    d->look = NavigationBarAppearance::appearance();
+    Q_EMIT barChanged();
+    for (const auto &controller : d->stack)
         stack(controller.get());
-    }
     d->cover = new InputShield;
     d->cover->setFrame(view()->bounds());
     d->cover->setAutoresizingMask(View::FlexibleWidth | View::FlexibleHeight);
     d->cover->setHidden(true);
     view()->addSubview(d->cover);
-    // Only now: the first screen may have set the appearance while it loaded.
-    d->look = NavigationBarAppearance::appearance();
-    Q_EMIT barChanged();
 }
 
 ViewController *NavigationController::topViewController() const

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void callsTheScreensInOrder();
     void theFirstScreenStays();
     void knowsItsStack();
+    void firstScreenStandsBelowTheBarFromTheStart();
     void contentStandsBetweenTheBars();
     void barHiddenWhileTheNextScreenComes();
     void secondPushFinishesTheFirst();
@@ -185,6 +186,12 @@ void tst_NavigationController::knowsItsStack()
     QCOMPARE(b->navigationController(), m_stack);
     QCOMPARE(b->parentViewController(), m_stack);
     QCOMPARE(m_stack->navigationController(), nullptr);
+}
+
+void tst_NavigationController::firstScreenStandsBelowTheBarFromTheStart()
+{
+    m_window->grab();
+    QCOMPARE(m_first->layouts, QList<QRectF>({QRectF(0, 44, 375, 667 - 44)}));
 }
 
 void tst_NavigationController::contentStandsBetweenTheBars()
