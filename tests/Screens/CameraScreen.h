@@ -17,12 +17,15 @@ class AlertController;
 }
 
 // The screens' time, which stands until the test moves it. For the network no time passes: the service is as slow as
-// the test likes.
+// the test likes. The network's thread may ask for the time at any moment, so there is one clock for the whole program.
 class ScreenClock final : public Platform::Clock
 {
 public:
-    ScreenClock() { setCurrent(this); }
-    ~ScreenClock() override { setCurrent(nullptr); }
+    static ScreenClock &instance()
+    {
+        static auto *clock = new ScreenClock;
+        return *clock;
+    }
 
     std::chrono::milliseconds now() const override { return m_time.now(); }
     void after(std::chrono::milliseconds delay, QObject *context, std::function<void()> block) override
@@ -33,6 +36,8 @@ public:
     void advance(std::chrono::milliseconds duration) { m_time.advance(duration); }
 
 private:
+    ScreenClock() { setCurrent(this); }
+
     ManualClock m_time;
 };
 
@@ -72,7 +77,7 @@ public:
     // The service gives this answer, not before server.resume().
     void prepareAnswer(RawServer::Answer answer);
 
-    ScreenClock clock;
+    ScreenClock &clock = ScreenClock::instance();
     RawServer server;
     std::shared_ptr<PhoneCamera> camera = std::make_shared<PhoneCamera>();
     ScreenWindow window;
