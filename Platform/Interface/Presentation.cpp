@@ -3,6 +3,7 @@
 #include "Platform/Interface/Window.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Platform
 {
@@ -24,17 +25,34 @@ Presentation::~Presentation()
 void Presentation::begin(bool animated, std::function<void()> completion)
 {
     m_completion = std::move(completion);
+    // Each step calls the screens, which may ask for the end of this presentation already.
     const QPointer<Presentation> self(this);
-    m_transition->place(m_presented.get(), m_window);
-    if (m_transition->coversPresenter())
-        m_presenter->beginAppearance(false, animated);
-    m_presented->beginAppearance(true, animated);
-    if (!self || m_state != State::Presenting)
-        return;
-    m_window->presentationBegan();
-    m_presented->view()->layoutIfNeeded();
-    m_transition->takeFocus();
-    m_transition->show(animated, [self] {
+    const std::array<std::function<void()>, 6> steps = {
+        [this] { m_window->presentationBegan(); },
+        [this] { m_presented->view(); },
+        [this] { m_transition->place(m_presented.get(), m_window); },
+        [this, animated] {
+            if (m_transition->coversPresenter())
+                m_presenter->beginAppearance(false, animated);
+        },
+        [this, animated] { m_presented->beginAppearance(true, animated); },
+        [this] {
+            m_presented->view()->layoutIfNeeded();
+            m_transition->takeFocus();
+        },
+    };
+    for (const auto &step : steps) {
+        step();
+        if (!self || m_state != State::Presenting)
+            return;
+    }
+    show(animated);
+}
+
+void Presentation::show(bool animated)
+{
+    m_isShown = true;
+    m_transition->show(animated, [self = QPointer(this)] {
         if (self)
             self->didPresent();
     });
@@ -43,23 +61,24 @@ void Presentation::begin(bool animated, std::function<void()> completion)
 void Presentation::didPresent()
 {
     const QPointer<Presentation> self(this);
+    const std::function<void()> completion = std::exchange(m_completion, nullptr);
     m_state = State::Presented;
     m_presented->endAppearance();
-    if (self && m_transition->coversPresenter() && m_presenter) {
-        // Unless the screen went away again from its viewDidAppear.
-        if (m_state == State::Presented)
-            setPresenterCovered(true);
+    // Unless the screen goes away again from its viewDidAppear.
+    if (self && m_state == State::Presented && m_transition->coversPresenter() && m_presenter) {
+        setPresenterCovered(true);
         m_presenter->endAppearance();
     }
-    if (!self)
-        return;
-    if (const std::function<void()> completion = std::exchange(m_completion, nullptr))
+    if (self && completion)
         completion();
 }
 
 void Presentation::settle()
 {
-    if (m_state == State::Presenting)
+    const QPointer<Presentation> self(this);
+    if (!m_isShown)
+        show(false);
+    if (self && m_state == State::Presenting)
         m_transition->settle();
 }
 

@@ -13,7 +13,8 @@ public:
 
     // Whether the presenter's screen is out of sight behind the presented one.
     virtual bool coversPresenter() const = 0;
-    // Puts the view into the window at its final size.
+    // Puts the view into the window at its final size. A presentation that ends before that is shown and hidden
+    // without.
     virtual void place(ViewController *controller, Window *window) = 0;
     // Shows or hides what was placed and calls `done` once: at once when not animated.
     virtual void show(bool animated, std::function<void()> done) = 0;
@@ -52,7 +53,9 @@ public:
 private:
     enum class State { Presenting, Presented, Dismissing };
 
+    void show(bool animated);
     void didPresent();
+    // Puts the end of the way in in place now, however far it has come.
     void settle();
     std::vector<Presentation *> chain();
     void dismiss(bool animated);
@@ -65,6 +68,7 @@ private:
     QPointer<Window> m_window;
     std::unique_ptr<Transition> m_transition;
     State m_state = State::Presenting;
+    bool m_isShown = false; // or on its way in
     std::function<void()> m_completion;
     int m_hiding = 0;
 };
