@@ -130,10 +130,9 @@ void ViewAnimator::setValue(View *view, AnimatedProperty property, const Animate
     const auto running = m_tracks.find({view, property});
     const bool isRunning = running != m_tracks.end();
     if (!m_current) {
-        if (isRunning) {
-            --running->second.group->trackCount;
-            m_tracks.erase(running);
-        }
+        // The animation goes on, from the value to the value.
+        if (isRunning)
+            running->second.from = running->second.to = value;
         view->showValue(property, value);
         return;
     }
@@ -174,19 +173,18 @@ void ViewAnimator::end(const std::shared_ptr<Group> &group)
 {
     if (group->completed)
         return;
-    std::vector<std::pair<Key, AnimatedValue>> ends;
+    std::vector<Shown> ends;
     for (auto it = m_tracks.begin(); it != m_tracks.end();) {
         if (it->second.group != group) {
             ++it;
             continue;
         }
-        ends.emplace_back(it->first, it->second.to);
+        ends.push_back({it->first.first, it->first.second, it->second.to});
         it = m_tracks.erase(it);
     }
     group->completed = true;
     group->trackCount = 0;
-    for (const auto &[key, value] : ends)
-        key.first->showValue(key.second, value);
+    show(ends);
     updateDriver();
     if (group->completion)
         group->completion(group->finished);
@@ -205,17 +203,18 @@ void ViewAnimator::forget(View *view)
 
 void ViewAnimator::dropTracks(View *view, bool showTheirEnd)
 {
-    std::vector<std::pair<AnimatedProperty, Track>> dropped;
+    std::vector<Shown> ends;
+    std::vector<std::shared_ptr<Group>> groups;
     for (auto it = m_tracks.lower_bound({view, AnimatedProperty::Frame});
          it != m_tracks.end() && it->first.first == view;) {
-        dropped.emplace_back(it->first.second, it->second);
+        if (showTheirEnd)
+            ends.push_back({view, it->first.second, it->second.to});
+        groups.push_back(it->second.group);
         it = m_tracks.erase(it);
     }
-    for (const auto &[property, track] : dropped) {
-        if (showTheirEnd)
-            view->showValue(property, track.to);
-        cutShort(track.group);
-    }
+    show(ends);
+    for (const std::shared_ptr<Group> &group : groups)
+        cutShort(group);
     updateDriver();
 }
 
@@ -249,11 +248,6 @@ AnimatedValue ViewAnimator::valueNow(const Track &track)
 
 void ViewAnimator::showFrame()
 {
-    struct Shown {
-        QPointer<View> view;
-        AnimatedProperty property;
-        AnimatedValue value;
-    };
     std::vector<Shown> frame;
     for (const auto &[key, track] : m_tracks) {
         if (key.first->isVisible() && key.first->window())
@@ -261,7 +255,13 @@ void ViewAnimator::showFrame()
     }
     if (frame.empty())
         m_driver->stop();
-    for (const Shown &shown : frame) {
+    show(frame);
+}
+
+// What changes with a view may destroy others.
+void ViewAnimator::show(const std::vector<Shown> &values)
+{
+    for (const Shown &shown : values) {
         if (shown.view)
             shown.view->showValue(shown.property, shown.value);
     }

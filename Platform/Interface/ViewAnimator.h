@@ -51,6 +51,11 @@ private:
         AnimatedValue to;
         std::shared_ptr<Group> group;
     };
+    struct Shown {
+        QPointer<View> view;
+        AnimatedProperty property;
+        AnimatedValue value;
+    };
     using Key = std::pair<View *, AnimatedProperty>;
     class Driver;
 
@@ -63,6 +68,7 @@ private:
     static void cutShort(const std::shared_ptr<Group> &group);
     static AnimatedValue valueNow(const Track &track);
     void showFrame();
+    static void show(const std::vector<Shown> &values);
     void updateDriver();
 
     std::map<Key, Track> m_tracks;

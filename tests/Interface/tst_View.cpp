@@ -25,6 +25,7 @@ private Q_SLOTS:
     void tellsWhetherItFinished();
     void overtakingContinuesFromWhatIsShown();
     void settingOutsideLetsTheAnimationGoOn();
+    void survivesAViewDestroyedAtTheEnd();
     void showsTheEndAtOnceWhenSwitchedOff();
     void restsWhileNothingMoves();
 
@@ -217,6 +218,20 @@ void tst_View::settingOutsideLetsTheAnimationGoOn()
     m_clock->advance(1ms);
     QCOMPARE(told, QList<bool>{true});
     QCOMPARE(view->opacity(), 1.0);
+}
+
+void tst_View::survivesAViewDestroyedAtTheEnd()
+{
+    QPointer<View> first = addView();
+    QPointer<View> second = addView();
+    for (const QPointer<View> &view : {first, second})
+        connect(view, &View::backgroundColorChanged, this, [&, view] { delete (view == first ? second : first); });
+    View::animate({.duration = 1s}, [&] {
+        first->setBackgroundColor(Qt::red);
+        second->setBackgroundColor(Qt::red);
+    });
+    m_clock->advance(1s);
+    QVERIFY(!first != !second);
 }
 
 void tst_View::showsTheEndAtOnceWhenSwitchedOff()

@@ -146,6 +146,10 @@ void TestHotspotView::startTwiceIsOneCycle()
     pass(999ms);
     QVERIFY(shownAlpha() < 0.05);
     QCOMPARE(m_clock->pendingCount(), 1);
+    m_marker->startAnimating();
+    m_marker->stopAnimating();
+    pass(0ms);
+    QCOMPARE(m_marker->isAnimating(), false);
 }
 
 void TestHotspotView::stopAndStartAtOnce()
