@@ -16,7 +16,8 @@ Item {
     anchors.fill: parent
 
     Repeater {
-        model: shadow.copies
+        // A label out of sight does without, which keeps long galleries light.
+        model: shadow.visible ? shadow.copies : 0
 
         Text {
             required property int index

@@ -78,6 +78,8 @@ void BrevantoUtils::addSpinnerToView(Platform::View *view, Platform::ActivityInd
     view->addSubview(spinner);
     const QSizeF free = view->frame().size() - spinner->frame().size();
     spinner->setFrame(QRectF(QPointF(free.width() / 2, free.height() / 2), spinner->frame().size()));
+    spinner->setAutoresizingMask(Platform::View::FlexibleLeftMargin | Platform::View::FlexibleRightMargin
+                                 | Platform::View::FlexibleTopMargin | Platform::View::FlexibleBottomMargin);
     view->bringSubviewToFront(spinner);
     spinner->setTag(spinnerTag);
     spinner->startAnimating();

@@ -39,6 +39,17 @@ void ImageView::setContentMode(ContentMode mode)
     Q_EMIT contentModeChanged();
 }
 
+void ImageView::setKeepsPixels(bool keeps)
+{
+    m_keepsPixels = keeps;
+    m_picture->setProperty("keepsPixels", keeps);
+}
+
+void ImageView::setDetail(qreal detail)
+{
+    m_picture->setProperty("detail", detail);
+}
+
 bool ImageView::isShowingImage() const
 {
     return m_picture->property("isReady").toBool();

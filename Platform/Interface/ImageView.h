@@ -28,6 +28,12 @@ public:
     ContentMode contentMode() const { return m_contentMode; }
     void setContentMode(ContentMode mode);
 
+    // False lets go of the decoded pixels, for a view out of sight; the image stays. True unless set otherwise.
+    bool keepsPixels() const { return m_keepsPixels; }
+    void setKeepsPixels(bool keeps);
+    // How many times finer than its size asks for the picture is decoded, for a view that is magnified. 1 unless set.
+    void setDetail(qreal detail);
+
     // Whether the picture is on the screen: false while it is being decoded and when it does not decode.
     bool isShowingImage() const;
 
@@ -38,6 +44,7 @@ Q_SIGNALS:
 private:
     Image m_image;
     ContentMode m_contentMode = ContentMode::ScaleToFill;
+    bool m_keepsPixels = true;
     QQuickItem *m_picture;
 };
 

@@ -19,7 +19,7 @@ BusyIndicator {
         id: turning
 
         Repeater {
-            model: wheel.spokes
+            model: wheel.visible ? wheel.spokes : 0
 
             Rectangle {
                 required property int index
