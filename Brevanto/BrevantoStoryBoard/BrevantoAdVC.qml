@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic as Basic
 import Brevanto.Platform
 import Brevanto.StoryBoard
 
@@ -16,13 +15,10 @@ View {
         anchors.fill: parent
     }
 
-    Basic.BusyIndicator {
+    ActivityIndicator {
         anchors.centerIn: parent
-        width: 44
-        height: 44
-        palette.dark: "white"
-        running: root.controller.isImageLoading
-        Accessible.name: qsTr("Loading")
-        Accessible.ignored: !running
+        width: 37
+        height: 37
+        animating: root.controller.isImageLoading
     }
 }

@@ -59,10 +59,8 @@ View {
         cornerRadius: 44
         backgroundColor: "#99000000"
 
-        onRunningChanged: running ? wheel.startAnimating() : wheel.stopAnimating()
-
         ActivityIndicator {
-            id: wheel
+            animating: spinner.running
             anchors.centerIn: parent
             width: 37
             height: 37

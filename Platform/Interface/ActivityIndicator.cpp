@@ -28,16 +28,6 @@ ActivityIndicator::ActivityIndicator(ActivityIndicatorStyle style)
     m_wheel->setProperty("wheelColor", QColor(style == ActivityIndicatorStyle::Gray ? Qt::gray : Qt::white));
 }
 
-void ActivityIndicator::startAnimating()
-{
-    setAnimating(true);
-}
-
-void ActivityIndicator::stopAnimating()
-{
-    setAnimating(false);
-}
-
 void ActivityIndicator::setAnimating(bool animating)
 {
     m_isAnimating = animating;

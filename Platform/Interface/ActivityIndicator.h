@@ -12,15 +12,16 @@ class ActivityIndicator : public View
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(bool animating READ isAnimating NOTIFY animatingChanged)
+    Q_PROPERTY(bool animating READ isAnimating WRITE setAnimating NOTIFY animatingChanged)
 
 public:
     explicit ActivityIndicator(QQuickItem *parent = nullptr);
     explicit ActivityIndicator(ActivityIndicatorStyle style);
 
-    Q_INVOKABLE void startAnimating();
-    Q_INVOKABLE void stopAnimating();
+    void startAnimating() { setAnimating(true); }
+    void stopAnimating() { setAnimating(false); }
     bool isAnimating() const { return m_isAnimating; }
+    void setAnimating(bool animating);
 
     // True unless set otherwise.
     bool hidesWhenStopped() const { return m_hidesWhenStopped; }
@@ -30,7 +31,6 @@ Q_SIGNALS:
     void animatingChanged();
 
 private:
-    void setAnimating(bool animating);
     void showState();
 
     bool m_isAnimating = false;

@@ -11,6 +11,8 @@ namespace
 {
 
 constexpr auto duration = 350ms;
+const QColor clear(0, 0, 0, 0);
+const QColor dimmed(0, 0, 0, 128);
 constexpr int flexibleSize = View::FlexibleWidth | View::FlexibleHeight;
 
 } // namespace
@@ -28,23 +30,42 @@ FullScreenTransition::~FullScreenTransition()
 void FullScreenTransition::place(ViewController *controller, Window *window)
 {
     m_controller = controller;
+    m_window = window;
     View *layer = window->layer();
     m_container = new InputShield;
     m_container->setFlag(QQuickItem::ItemIsFocusScope);
     m_container->setFrame(layer->bounds());
     m_container->setAutoresizingMask(flexibleSize);
     m_container->setParentItem(layer);
+    m_dims = controller->presentingViewController() == window->rootViewController();
 
+    m_stage = new View;
+    m_container->addSubview(m_stage);
+    fitStage();
     View *screen = controller->view();
-    screen->setFrame(m_container->bounds());
+    screen->setFrame(m_stage->bounds());
     screen->setAutoresizingMask(flexibleSize);
-    m_container->addSubview(screen);
+    m_stage->addSubview(screen);
 
     m_cover = new InputShield;
     m_cover->setFrame(m_container->bounds());
     m_cover->setAutoresizingMask(flexibleSize);
     m_container->addSubview(m_cover);
     setInputBlocked(true);
+    QObject::connect(m_container, &QQuickItem::widthChanged, m_stage, [this] { fitStage(); });
+    QObject::connect(m_container, &QQuickItem::heightChanged, m_stage, [this] { fitStage(); });
+}
+
+void FullScreenTransition::fitStage()
+{
+    const QRectF frame = m_window->bounds();
+    const bool isWhole = frame == m_window->bounds();
+    m_stage->setFrame(frame);
+    m_stage->setClip(!isWhole);
+    m_container->setBackgroundColor(m_dims && !isWhole ? dimmed : clear);
+    // On its way out the screen has no place in the new window.
+    if (m_isLeaving)
+        m_container->setHidden(true);
 }
 
 void FullScreenTransition::show(bool animated, std::function<void()> done)
@@ -61,6 +82,7 @@ void FullScreenTransition::move(bool in, bool animated, std::function<void()> do
 {
     auto call = std::make_shared<std::function<void()>>(std::move(done));
     m_done = call;
+    m_isLeaving = !in;
     if (!m_container || !animated || !View::areAnimationsEnabled()) {
         if (m_container && !in)
             m_container->setHidden(true);
@@ -69,13 +91,15 @@ void FullScreenTransition::move(bool in, bool animated, std::function<void()> do
     }
     setInputBlocked(true);
     const bool fades = m_style == ModalTransitionStyle::CrossDissolve;
-    const QRectF shown = m_container->bounds();
-    const QRectF below = shown.translated(0, shown.height());
-    const auto put = [container = m_container.data(), fades, shown, below](bool isIn) {
+    const QRectF shown = m_window->bounds();
+    const QRectF below(QPointF(shown.x(), m_container->bounds().height()), shown.size());
+    const QColor ground = m_container->backgroundColor();
+    const auto put = [&](bool isIn) {
+        m_container->setBackgroundColor(isIn ? ground : clear);
         if (fades)
-            container->setAlpha(isIn ? 1 : 0);
+            m_stage->setAlpha(isIn ? 1 : 0);
         else
-            container->setFrame(isIn ? shown : below);
+            m_stage->setFrame(isIn ? shown : below);
     };
     if (in)
         put(false);
@@ -98,14 +122,16 @@ void FullScreenTransition::settle()
 {
     if (!m_done)
         return;
-    if (m_container)
-        m_container->removeAllAnimations();
+    for (View *moved : {static_cast<View *>(m_container.data()), m_stage.data()}) {
+        if (moved)
+            moved->removeAllAnimations();
+    }
     finish();
 }
 
 void FullScreenTransition::remove()
 {
-    if (m_controller && m_controller->isViewLoaded() && m_controller->view()->parentItem() == m_container)
+    if (m_controller && m_controller->isViewLoaded() && m_controller->view()->parentItem() == m_stage)
         m_controller->view()->setParentItem(nullptr);
     if (!m_container)
         return;
@@ -117,8 +143,9 @@ void FullScreenTransition::remove()
 
 void FullScreenTransition::setCovered(bool covered)
 {
-    if (m_container)
-        m_container->setHidden(covered);
+    // The container stays: what it dims shows beside the screens above too.
+    if (m_stage)
+        m_stage->setHidden(covered);
 }
 
 void FullScreenTransition::takeFocus()

@@ -6,8 +6,8 @@
 namespace Platform
 {
 
-// Over the whole window: slides up from below and down again, or fades. In between the window below gets no input, and
-// the screen itself none while it moves.
+// Over the whole window: slides up from below and down again, or fades. From the first moment to the last the window
+// below gets no input, and the screen itself none while it moves.
 class FullScreenTransition final : public Transition
 {
 public:
@@ -27,12 +27,17 @@ public:
 private:
     void move(bool in, bool animated, std::function<void()> done);
     void finish();
+    void fitStage();
     void setInputBlocked(bool blocked);
 
     ModalTransitionStyle m_style;
     QPointer<ViewController> m_controller;
-    QPointer<InputShield> m_container;
+    QPointer<Window> m_window;
+    QPointer<InputShield> m_container; // stands still over the whole window
+    QPointer<View> m_stage; // in the container: holds the screen and moves with it
     QPointer<InputShield> m_cover; // above the screen while it moves
+    bool m_dims = false; // no other screen dims the host
+    bool m_isLeaving = false;
     std::shared_ptr<std::function<void()>> m_done;
 };
 

@@ -52,7 +52,7 @@ void Label::setNumberOfLines(int lines)
 void Label::show(const char *property, const QVariant &value)
 {
     m_textItem->setProperty(property, value);
-    Q_EMIT textChanged();
+    Q_EMIT changed();
 }
 
 } // namespace Platform

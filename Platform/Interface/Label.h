@@ -12,27 +12,27 @@ class Label : public View
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
-    Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor NOTIFY textChanged)
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
+    Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor NOTIFY changed)
 
 public:
     explicit Label(QQuickItem *parent = nullptr);
     explicit Label(const QRectF &frame);
 
     QString text() const { return m_text; }
-    virtual void setText(const QString &text);
+    void setText(const QString &text);
     QColor textColor() const { return m_textColor; }
-    virtual void setTextColor(const QColor &color);
+    void setTextColor(const QColor &color);
     QFont font() const { return m_font; }
-    virtual void setFont(const QFont &font);
+    void setFont(const QFont &font);
     Qt::Alignment textAlignment() const { return m_alignment; }
-    virtual void setTextAlignment(Qt::Alignment alignment);
+    void setTextAlignment(Qt::Alignment alignment);
     // 0 means as many as fit; text that does not fit ends in an ellipsis.
     int numberOfLines() const { return m_numberOfLines; }
-    virtual void setNumberOfLines(int lines);
+    void setNumberOfLines(int lines);
 
 Q_SIGNALS:
-    void textChanged();
+    void changed();
 
 protected:
     // The stock item that shows the text.

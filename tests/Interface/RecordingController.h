@@ -2,6 +2,7 @@
 
 #include "Platform/Interface/ViewController.h"
 
+#include <QHash>
 #include <QStringList>
 
 // A screen that writes down the calls of its life, as "name call", in a list that several screens share.
@@ -18,23 +19,31 @@ public:
 
     void viewDidLoad() override { note(QStringLiteral("didLoad")); }
     void viewWillAppear(bool animated) override { note(QStringLiteral("willAppear"), animated); }
-    void viewDidAppear(bool animated) override
-    {
-        note(QStringLiteral("didAppear"), animated);
-        if (onDidAppear)
-            onDidAppear();
-    }
+    void viewDidAppear(bool animated) override { note(QStringLiteral("didAppear"), animated); }
     void viewWillDisappear(bool animated) override { note(QStringLiteral("willDisappear"), animated); }
     void viewDidDisappear(bool animated) override { note(QStringLiteral("didDisappear"), animated); }
-    void viewDidLayoutSubviews() override { layouts.append(view()->frame()); }
+    void viewDidLayoutSubviews() override
+    {
+        layouts.append(view()->frame());
+        react(QStringLiteral("layout"));
+    }
     void willAnimateRotation(std::chrono::milliseconds) override { note(QStringLiteral("rotation")); }
 
     QList<QRectF> layouts;
-    std::function<void()> onDidAppear;
+    // What the screen does once in the call of that name ("didLoad", "layout" ...).
+    QHash<QString, std::function<void()>> reactions;
 
 private:
-    void note(const QString &call) { m_calls->append(m_name + u' ' + call); }
-    void note(const QString &call, bool animated) { note(animated ? call + u'*' : call); }
+    void note(const QString &call, bool animated = false)
+    {
+        m_calls->append(m_name + u' ' + call + (animated ? QStringLiteral("*") : QString()));
+        react(call);
+    }
+    void react(const QString &call)
+    {
+        if (const std::function<void()> reaction = reactions.take(call))
+            reaction();
+    }
 
     QString m_name;
     QStringList *m_calls;

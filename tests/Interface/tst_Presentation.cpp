@@ -46,8 +46,10 @@ private Q_SLOTS:
     void dismissesEverythingAbove();
     void presentsWhileAnotherLeaves();
     void dismissalWhilePresentingCompletesThePresentation();
+    void dismissalTwiceIsOne_data();
     void dismissalTwiceIsOne();
-    void dismissingFromDidAppear();
+    void dismissalOnTheWayIn_data();
+    void dismissalOnTheWayIn();
     void withoutAnythingToDismiss();
     void survivesTheWindow_data();
     void survivesTheWindow();
@@ -168,10 +170,17 @@ void tst_Presentation::moves()
         QVERIFY(bottom() != QColor(Qt::red));
         QCOMPARE(top(), bottom());
     }
+    m_window->tap(QPointF(100, 10));
     m_clock->advance(transition / 2);
     QTRY_COMPARE(top(), QColor(Qt::red));
     screen->dismiss(true);
-    m_clock->advance(transition);
+    m_clock->advance(transition / 2);
+    m_window->tap(QPointF(100, 10));
+    QCOMPARE(m_window->hostEvents(), 0);
+    m_window->window()->resize(400, 900);
+    QTRY_COMPARE(m_window->root()->view()->height(), 900.0);
+    QCOMPARE(m_window->grab().pixelColor(100, 890), host); // not where the window had ended before
+    m_clock->advance(transition / 2);
     QTRY_COMPARE(bottom(), host);
 }
 
@@ -264,30 +273,72 @@ void tst_Presentation::dismissalWhilePresentingCompletesThePresentation()
     QTRY_VERIFY(!a);
 }
 
+void tst_Presentation::dismissalTwiceIsOne_data()
+{
+    QTest::addColumn<bool>("byPresenter");
+    QTest::newRow("by the screen") << false;
+}
+
 void tst_Presentation::dismissalTwiceIsOne()
 {
+    QFETCH(bool, byPresenter);
     const QPointer<RecordingController> a = present(QStringLiteral("a"));
     const QPointer<RecordingController> b = present(QStringLiteral("b"), false, a);
     takeCalls();
+    ViewController *caller = byPresenter ? a : b;
     bool isSecondCompleted = false;
-    b->dismiss(true, [&] { m_calls.append(QStringLiteral("dismissed")); });
-    b->dismiss(true, [&] { isSecondCompleted = true; });
+    caller->dismiss(true, [&] { m_calls.append(QStringLiteral("dismissed")); });
+    caller->dismiss(true, [&] { isSecondCompleted = true; });
     m_clock->advance(transition);
     QCOMPARE(takeCalls().count(QStringLiteral("dismissed")), 1);
     QVERIFY(!isSecondCompleted);
     QTRY_VERIFY(!b);
-    QVERIFY(a); // the second was not taken for a wish of its presenter's
-}
-
-void tst_Presentation::dismissingFromDidAppear()
-{
-    const QPointer<RecordingController> a = makeScreen(QStringLiteral("a"));
-    a->onDidAppear = [&] { a->dismiss(true); };
-    m_window->root()->present(std::unique_ptr<ViewController>(a.data()), true);
-    m_clock->advance(transition);
+    QVERIFY(a); // the second was not taken for a wish that the presenter go too
+    a->dismiss(true);
     m_clock->advance(transition);
     QTRY_VERIFY(!a);
-    QCOMPARE(m_calls.mid(1), calls({"a willAppear*", "a didAppear*", "a willDisappear*", "a didDisappear*"}));
+}
+
+void tst_Presentation::dismissalOnTheWayIn_data()
+{
+    QTest::addColumn<bool>("inPresenter");
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("viewDidLoad") << false << QStringLiteral("didLoad")
+                                 << calls({"b didLoad", "presented", "dismissed"});
+    QTest::newRow("the presenter's viewWillDisappear")
+        << true << QStringLiteral("willDisappear")
+        << calls({"b didLoad", "a willDisappear*", "a didDisappear*", "presented", "a willAppear*", "a didAppear*",
+                  "dismissed"});
+    const QStringList whole =
+        calls({"b didLoad", "a willDisappear*", "b willAppear*", "b didAppear*", "a didDisappear*", "presented",
+               "b willDisappear*", "a willAppear*", "a didAppear*", "b didDisappear*", "dismissed"});
+    QTest::newRow("viewWillAppear") << false << QStringLiteral("willAppear") << whole;
+    QTest::newRow("viewDidLayoutSubviews") << false << QStringLiteral("layout") << whole;
+    QTest::newRow("viewDidAppear") << false << QStringLiteral("didAppear")
+                                   << calls({"b didLoad", "a willDisappear*", "b willAppear*", "b didAppear*",
+                                             "b willDisappear*", "a willAppear*", "presented", "a didAppear*",
+                                             "b didDisappear*", "dismissed"});
+}
+
+void tst_Presentation::dismissalOnTheWayIn()
+{
+    QFETCH(bool, inPresenter);
+    QFETCH(QString, call);
+    QFETCH(QStringList, expected);
+    RecordingController *a = present(QStringLiteral("a"));
+    const QPointer<RecordingController> b = makeScreen(QStringLiteral("b"));
+    (inPresenter ? a : b.data())->reactions[call] = [&] {
+        b->dismiss(true, [&] { m_calls.append(QStringLiteral("dismissed")); });
+    };
+    takeCalls();
+    a->present(std::unique_ptr<ViewController>(b.data()), true, [&] { m_calls.append(QStringLiteral("presented")); });
+    m_clock->advance(transition);
+    m_clock->advance(transition);
+    QCOMPARE(takeCalls(), expected);
+    QTRY_VERIFY(!b);
+    QVERIFY(a->isVisible());
+    QCOMPARE(a->presentedViewController(), nullptr);
 }
 
 void tst_Presentation::withoutAnythingToDismiss()

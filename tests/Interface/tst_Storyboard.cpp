@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <array>
+
 using Platform::Exception;
 using Platform::Storyboard;
 using Platform::View;
@@ -87,9 +89,7 @@ class tst_Storyboard : public QObject
 private Q_SLOTS:
     void loadsTheSceneWhenItIsAskedFor();
     void givesOutlets();
-    void raisesForWhatIsMissing_data();
     void raisesForWhatIsMissing();
-    void raisesForFaultyScenes_data();
     void raisesForFaultyScenes();
 };
 
@@ -116,69 +116,43 @@ void tst_Storyboard::givesOutlets()
     QVERIFY(isComplete);
 }
 
-void tst_Storyboard::raisesForWhatIsMissing_data()
-{
-    QTest::addColumn<QString>("storyboard");
-    QTest::addColumn<QString>("identifier");
-    QTest::addColumn<QString>("culprit");
-    QTest::newRow("storyboard") << "Nowhere"
-                                << "Complete"
-                                << "Nowhere";
-    QTest::newRow("scene") << "Screens"
-                           << "NoScene"
-                           << "NoScene";
-    QTest::newRow("controller") << "Screens"
-                                << "Orphan"
-                                << "Orphan";
-    QTest::newRow("identifier") << "Screens"
-                                << ""
-                                << "Screens";
-    QTest::newRow("path") << "Screens"
-                          << "../Screens/Complete"
-                          << "Complete";
-}
-
 void tst_Storyboard::raisesForWhatIsMissing()
 {
-    QFETCH(QString, storyboard);
-    QFETCH(QString, identifier);
-    QFETCH(QString, culprit);
-    const QString reason = raised([&] { Storyboard(storyboard, bundle()).instantiate(identifier); });
-    QVERIFY2(reason.startsWith(QLatin1String("argument: ")) && reason.contains(culprit), qPrintable(reason));
-}
-
-void tst_Storyboard::raisesForFaultyScenes_data()
-{
-    QTest::addColumn<QString>("identifier");
-    QTest::addColumn<QString>("outlet");
-    QTest::addColumn<QString>("culprit");
-    QTest::newRow("errors") << "Broken"
-                            << ""
-                            << "NoSuchType";
-    QTest::newRow("no view") << "NoView"
-                             << ""
-                             << "NoView.qml";
-    QTest::newRow("missing outlet") << "Complete"
-                                    << "absent"
-                                    << "absent";
-    QTest::newRow("outlet of another class") << "Complete"
-                                             << "item"
-                                             << "item";
+    const std::initializer_list<std::array<const char *, 3>> missing = {
+        {"Nowhere", "Complete", "Nowhere"},
+        {"Screens", "NoScene", "NoScene"},
+        {"Screens", "Orphan", "Orphan"},
+        {"Screens", "", "Screens"},
+        {"Screens", "../Screens/Complete", "Complete"},
+    };
+    for (const auto &[storyboard, identifier, culprit] : missing) {
+        const QString reason = raised([storyboard = storyboard, identifier = identifier] {
+            Storyboard(QLatin1StringView(storyboard), bundle()).instantiate(QLatin1StringView(identifier));
+        });
+        QVERIFY2(reason.startsWith(QLatin1String("argument: ")), identifier);
+        QVERIFY2(reason.contains(QLatin1StringView(culprit)), qPrintable(reason));
+    }
+    const QString reason =
+        raised([] { Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Other>(QStringLiteral("Complete")); });
+    QVERIFY(reason.startsWith(QLatin1String("argument: ")));
 }
 
 void tst_Storyboard::raisesForFaultyScenes()
 {
-    QFETCH(QString, identifier);
-    QFETCH(QString, outlet);
-    QFETCH(QString, culprit);
-    const auto screen = Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Screen>(identifier);
-    if (!outlet.isEmpty())
-        screen->onOutlets = [&](Screen *loading) { loading->find<View>(outlet.toLatin1().constData()); };
-    const QString reason = raised([&] { screen->view(); });
-    QVERIFY2(reason.contains(culprit), qPrintable(reason));
-    QVERIFY(raised([] {
-                Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Other>(QStringLiteral("Complete"));
-            }).startsWith(QLatin1String("argument: ")));
+    const std::initializer_list<std::array<const char *, 3>> faulty = {
+        {"Broken", "", "NoSuchType"},
+        {"NoView", "", "NoView.qml"},
+        {"Complete", "absent", "absent"},
+        {"Complete", "item", "item"}, // which is no View
+    };
+    for (const auto &[identifier, outlet, culprit] : faulty) {
+        const auto screen =
+            Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Screen>(QLatin1StringView(identifier));
+        if (*outlet)
+            screen->onOutlets = [outlet = outlet](Screen *loading) { loading->find<View>(outlet); };
+        const QString reason = raised([&screen] { screen->view(); });
+        QVERIFY2(reason.contains(QLatin1StringView(culprit)), qPrintable(reason));
+    }
 }
 
 QTEST_MAIN(tst_Storyboard)
