@@ -3,18 +3,19 @@
 
 #include "Brevanto/BrevantoAdVC.h"
 #include "Brevanto/BrevantoBundle.h"
-#include "Brevanto/Reachability/BrevantoReachability.h"
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/Utils/BrevantoReachabilityManager.h"
 #include "Brevanto/Utils/ImageScale.h"
 #include "Platform/Capture/CaptureStillImageOutput.h"
 #include "Platform/Foundation/Clock.h"
+#include "Platform/Graphics/BitmapContext.h"
 #include "Platform/Interface/AlertController.h"
 #include "Platform/Interface/NavigationController.h"
 #include "Platform/Interface/Window.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QThreadPool>
 
 using namespace std::chrono_literals;
 using namespace Platform;
@@ -35,6 +36,15 @@ QSizeF uploadSize(const QSizeF &photo)
     return {width, std::trunc(photo.height() * width / photo.width())};
 }
 
+// The photo as it is sent: as it was taken, however the device is held. Empty when it cannot be drawn.
+QByteArray uploadData(const Image &photo)
+{
+    if (photo.isNull())
+        return {};
+    const Image scaled = scale::scaleToSize(photo, uploadSize(photo.size()));
+    return scale::convertImageToGrayScale(scaled).jpegData(uploadQuality);
+}
+
 std::unique_ptr<AlertController> captureAgainAlert(const QString &title, const QString &message,
                                                    std::function<void()> captureAgain)
 {
@@ -44,27 +54,6 @@ std::unique_ptr<AlertController> captureAgainAlert(const QString &title, const Q
 }
 
 } // namespace
-
-// The screen as blocks on other threads hold it, which may outlive it.
-class BrevantoCameraVC::Reference
-{
-public:
-    explicit Reference(BrevantoCameraVC *screen)
-        : m_owner(screen)
-        , m_screen(screen)
-    {
-    }
-
-    // Runs `block` on the main thread unless the screen is gone by then.
-    void mainAsync(std::function<void(BrevantoCameraVC &screen)> block) const
-    {
-        DispatchQueue::mainAsync(m_owner, [screen = m_screen, block = std::move(block)] { block(*screen); });
-    }
-
-private:
-    QPointer<QObject> m_owner;
-    BrevantoCameraVC *m_screen;
-};
 
 std::shared_ptr<CaptureConnection> BrevantoCameraVC::videoConnection() const
 {
@@ -90,60 +79,61 @@ void BrevantoCameraVC::captureButtonAction()
         alert->addAction({QStringLiteral("Cancel"), AlertActionStyle::Cancel, {}});
         present(std::move(alert), true);
     }
-    if (!m_captureImageOutput)
-        return;
-
     m_captureImageOutput->captureStillImageAsynchronouslyFromConnection(
         connection,
-        [screen = Reference(this), session = m_captureSession, sessionQueue = m_sessionQueue](const auto &buffer,
-                                                                                              const QString &) {
+        [send = whileAlive([this](const Image &photo) { sendCapturePhoto(photo); }), session = m_captureSession,
+         sessionQueue = m_sessionQueue](const auto &buffer, const QString &) {
             if (!buffer)
                 return;
             sessionQueue->async([session] { session->stopRunning(); });
             const QByteArray jpeg = CaptureStillImageOutput::jpegStillImageDataRepresentation(buffer);
             if (!jpeg.isEmpty())
-                sendCapturePhoto(screen, Image::withData(jpeg));
+                DispatchQueue::mainAsync([send, photo = Image::withData(jpeg)] { send(photo); });
         });
 }
 
-// Runs on the capture queue. The photo is sent as it was taken: how the device is held does not turn it. From one that
-// is damaged or a mere line the user goes back to the live preview.
-void BrevantoCameraVC::sendCapturePhoto(const Reference &screen, const Image &photo)
+void BrevantoCameraVC::sendCapturePhoto(const Image &photo)
 {
-    const Image scaled = scale::scaleToSize(photo, uploadSize(photo.size()));
-    const QByteArray data = scale::convertImageToGrayScale(scaled).jpegData(uploadQuality);
-    screen.mainAsync([data](BrevantoCameraVC &self) {
-        if (data.isEmpty()) {
-            self.startCaptureSession();
-            return;
-        }
-        // Lets the frozen preview be drawn first.
-        Clock::current().after(uploadDelay, &self, [&self, data] { self.sendCapturedData(data); });
-    });
+    QThreadPool::globalInstance()->start(
+        [photo, prepared = whileAlive([this](const QByteArray &jpeg) { photoPrepared(jpeg); })] {
+            DispatchQueue::mainAsync([prepared, jpeg = uploadData(photo)] { prepared(jpeg); });
+        });
+}
+
+void BrevantoCameraVC::photoPrepared(const QByteArray &jpeg)
+{
+    if (jpeg.isEmpty()) {
+        startCaptureSession();
+        return;
+    }
+    // Lets the frozen preview be drawn first.
+    Clock::current().after(uploadDelay, this, [this, jpeg] { sendCapturedData(jpeg); });
 }
 
 void BrevantoCameraVC::sendCapturedData(const QByteArray &data)
 {
     BrevantoReachabilityManager *reachability = BrevantoReachabilityManager::instance();
-    if (reachability->reachabilty()->currentReachabilityStatus() == BrevantoReachabilityStatusNone) {
+    if (reachability->currentReachabilityStatus() == BrevantoReachabilityStatusNone) {
         reachability->animateNoInternetConnectionLabel();
         presentNotConnected();
         return;
     }
 
-    const Reference reference(this);
-    reference.mainAsync([](BrevantoCameraVC &self) { self.startAnimating(); });
+    DispatchQueue::mainAsync(whileAlive([this] { startAnimating(); }));
     *m_isRequestOnProcess = true;
     // Whoever clears the flag first decides what becomes of the request.
     BrevantoServerManager::sharedServerManager()->postCapturedImageData(
         data,
-        [reference, isOnProcess = m_isRequestOnProcess](const std::optional<BrevantoMatchGroupList> &matchGroups) {
+        [isOnProcess = m_isRequestOnProcess, complete = whileAlive([this](const auto &matchGroups) {
+                                                 requestCompleted(matchGroups);
+                                             })](const std::optional<BrevantoMatchGroupList> &matchGroups) {
             if (isOnProcess->exchange(false))
-                reference.mainAsync([matchGroups](BrevantoCameraVC &self) { self.requestCompleted(matchGroups); });
+                DispatchQueue::mainAsync([complete, matchGroups] { complete(matchGroups); });
         },
-        [reference, isOnProcess = m_isRequestOnProcess](const std::optional<URLError> &) {
+        [isOnProcess = m_isRequestOnProcess,
+         fail = whileAlive([this] { requestFailed(); })](const std::optional<URLError> &) {
             if (isOnProcess->exchange(false))
-                reference.mainAsync([](BrevantoCameraVC &self) { self.requestFailed(); });
+                DispatchQueue::mainAsync(fail);
         });
     scheduleTimeOut();
 }
@@ -192,10 +182,7 @@ void BrevantoCameraVC::replacePresented(const std::function<std::unique_ptr<Aler
     ViewController *presented = presentedViewController();
     if (!presented)
         return;
-    presented->dismiss(true, [self = QPointer(this), makeAlert] {
-        if (self)
-            self->present(makeAlert(), true);
-    });
+    presented->dismiss(true, whileAlive([this, makeAlert] { present(makeAlert(), true); }));
 }
 
 void BrevantoCameraVC::scheduleTimeOut()
@@ -255,5 +242,7 @@ Image BrevantoCameraVC::imageWithImage(const Image &image, const QSizeF &size)
 {
     const QQuickWindow *window = view()->window();
     const qreal scale = window ? window->effectiveDevicePixelRatio() : qGuiApp->devicePixelRatio();
-    return Image(image.upright((size * scale).toSize()), scale);
+    BitmapContext context = BitmapContext::imageContext(size, false, scale);
+    context.drawImage(image, QRectF(QPointF(0, 0), size));
+    return context.image();
 }

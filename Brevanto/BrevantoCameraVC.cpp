@@ -14,6 +14,7 @@
 #include "Platform/Interface/ShapeLayer.h"
 #include "Platform/Interface/Window.h"
 
+#include <QScopeGuard>
 #include <QThreadPool>
 
 using namespace std::chrono_literals;
@@ -41,8 +42,8 @@ void configure(CaptureDevice &device, Change change)
 {
     if (!device.lockForConfiguration())
         return;
+    const auto unlock = qScopeGuard([&device] { device.unlockForConfiguration(); });
     change(device);
-    device.unlockForConfiguration();
 }
 
 } // namespace
@@ -53,8 +54,7 @@ BrevantoCameraVC::~BrevantoCameraVC()
 {
     if (!m_sessionQueue)
         return;
-    if (m_captureSession)
-        m_sessionQueue->async([session = m_captureSession] { session->stopRunning(); });
+    m_sessionQueue->async([session = m_captureSession] { session->stopRunning(); });
     // A queue's end waits for its blocks, which must not hold up this thread.
     QThreadPool::globalInstance()->start([queue = std::move(m_sessionQueue)] {});
 }
@@ -64,11 +64,9 @@ void BrevantoCameraVC::connectOutlets()
     m_previewView = outlet<View>(QStringLiteral("previewView"));
     m_blurView = outlet<View>(QStringLiteral("blurView"));
     m_captureButton = outlet(QStringLiteral("captureButton"));
-    m_recentsButton = outlet(QStringLiteral("recentsButton"));
     m_flashButton = outlet(QStringLiteral("flashButton"));
     m_infoButton = outlet(QStringLiteral("infoButton"));
     m_closeButton = outlet(QStringLiteral("closeButton"));
-    m_bottomBar = outlet<View>(QStringLiteral("bottomBar"));
     m_dashedView = outlet<View>(QStringLiteral("dashedView"));
     m_spinnerView = outlet<View>(QStringLiteral("spinnerView"));
 }
@@ -89,9 +87,7 @@ void BrevantoCameraVC::viewDidLoad()
     m_sessionQueue = std::make_shared<DispatchQueue>(QStringLiteral("session queue"), DispatchQueue::Kind::Serial);
     m_backCamera = getBackCam();
     m_frontCamera = getFrontCam();
-    // A session made before the user has agreed stays black on some phones.
-    if (!isPermissionOpen())
-        createCaptureSession();
+    createCaptureSession();
 
     m_layoutCount = 0;
     m_blurView->setHidden(true);
@@ -100,6 +96,11 @@ void BrevantoCameraVC::viewDidLoad()
 void BrevantoCameraVC::createCaptureSession()
 {
     m_captureSession = std::make_shared<CaptureSession>();
+    // A camera that waited for the user's permission could not be configured before.
+    m_captureSession->setAccessHandler(whileAlive([this](bool) {
+        configureFlashAndFocus();
+        checkForAccessPermissions();
+    }));
     m_captureDeviceInput = CaptureDeviceInput::deviceInputWithDevice(m_backCamera);
     configureFlashAndFocus();
     if (m_captureSession->canAddInput(m_captureDeviceInput))
@@ -139,7 +140,7 @@ void BrevantoCameraVC::viewWillAppear(bool animated)
     BrevantoReachabilityManager::instance()->addObserverForReachability(this);
     view()->bringSubviewToFront(m_infoButton);
     view()->bringSubviewToFront(m_closeButton);
-    if (m_captureSession && m_capturePreviewLayer && !m_captureSession->isRunning())
+    if (m_capturePreviewLayer && !m_captureSession->isRunning())
         startRunning();
     if (NavigationController *navigation = navigationController())
         navigation->setNavigationBarHidden(true);
@@ -162,10 +163,8 @@ void BrevantoCameraVC::viewDidLayoutSubviews()
     ViewController::viewDidLayoutSubviews();
     ++m_layoutCount;
     if (m_layoutCount == 1) {
-        if (m_captureSession) {
-            createPreviewLayer();
-            startRunning();
-        }
+        createPreviewLayer();
+        startRunning();
         setUpTheDashedView();
         m_dashedView->setHidden(true);
     } else if (m_shapeLayer && m_shapeLayer->bounds().size() != m_dashedView->frame().size()) {
@@ -219,35 +218,6 @@ void BrevantoCameraVC::setUpTheDashedView()
     m_dashedView->addSubview(m_shapeLayer);
 }
 
-std::function<void()> BrevantoCameraVC::whileAlive(std::function<void()> block)
-{
-    return [self = QPointer(this), block = std::move(block)] {
-        if (self)
-            block();
-    };
-}
-
-bool BrevantoCameraVC::isPermissionOpen() const
-{
-    return m_backCamera && m_backCamera->requiresAuthorization()
-        && CaptureDevice::authorizationStatus() == CaptureAuthorizationStatus::NotDetermined;
-}
-
-void BrevantoCameraVC::requestAccess()
-{
-    CaptureDevice::requestAccess([screen = QPointer(this)](bool granted) {
-        if (!screen || screen->m_captureSession)
-            return;
-        if (granted) {
-            screen->createCaptureSession();
-            screen->createPreviewLayer();
-            if (screen->isVisible())
-                screen->startRunning();
-        }
-        screen->checkForAccessPermissions();
-    });
-}
-
 void BrevantoCameraVC::checkForAccessPermissions()
 {
     const auto leave = whileAlive([this] { dismiss(true); });
@@ -271,8 +241,6 @@ void BrevantoCameraVC::checkForAccessPermissions()
                               leave();
                           }});
         present(std::move(alert), true);
-    } else if (!m_captureSession && isPermissionOpen()) {
-        requestAccess();
     }
 }
 
@@ -332,8 +300,7 @@ void BrevantoCameraVC::startRunning()
 void BrevantoCameraVC::startCaptureSession()
 {
     m_captureButton->setEnabled(true);
-    if (m_captureSession)
-        startRunning();
+    startRunning();
 }
 
 void BrevantoCameraVC::startAnimating()
@@ -350,11 +317,8 @@ void BrevantoCameraVC::stopAnimating()
 
 void BrevantoCameraVC::addCustomBrevantoView()
 {
-    NavigationController *navigation = navigationController();
-    if (!navigation)
-        return;
     m_customLaunchView = new View(view()->bounds());
-    navigation->view()->addSubview(m_customLaunchView);
+    m_customLaunchView->setParent(this);
     m_customLaunchView->setBackgroundColor(Qt::black);
     auto *logo = new ImageView(QRectF(0, 0, 175, 24));
     logo->setImage(brevantoBundle().imageNamed(QStringLiteral("ic_logo")));
@@ -364,6 +328,8 @@ void BrevantoCameraVC::addCustomBrevantoView()
     mark->setTag(splashMarkTag);
     m_customLaunchView->addSubview(mark);
     mark->startAnimating();
+    if (NavigationController *navigation = navigationController())
+        navigation->view()->addSubview(m_customLaunchView);
 
     auto delay = 2s;
     if (!BrevantoUtils::isAppLoadedOnce()) {

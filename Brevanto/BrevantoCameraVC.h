@@ -65,6 +65,9 @@ public:
     // `scale` is relative to the distance at which the fingers began.
     Q_INVOKABLE void pinched(BrevantoCameraVC::GestureState state, qreal scale);
 
+    // Prepares the photo for its upload off the main thread, and sends it. From one that is damaged or a mere line the
+    // user goes back to the live preview.
+    void sendCapturePhoto(const Platform::Image &photo);
     // Uploads the JPEG bytes or, without network, draws the eye to the banner.
     void sendCapturedData(const QByteArray &data);
     void timedOut();
@@ -81,24 +84,27 @@ public:
 
     // Whether an upload is waiting for its answer.
     bool isRequestOnProcess() const { return *m_isRequestOnProcess; }
+
+    // Null where the machine has no such camera.
+    std::shared_ptr<Platform::CaptureDevice> backCamera() const { return m_backCamera; }
+    std::shared_ptr<Platform::CaptureDevice> frontCamera() const { return m_frontCamera; }
+    std::shared_ptr<Platform::CaptureDeviceInput> captureDeviceInput() const { return m_captureDeviceInput; }
     std::shared_ptr<Platform::CaptureSession> captureSession() const { return m_captureSession; }
+    std::shared_ptr<Platform::CaptureStillImageOutput> captureImageOutput() const { return m_captureImageOutput; }
+    std::shared_ptr<Platform::DispatchQueue> sessionQueue() const { return m_sessionQueue; }
 
 protected:
     void connectOutlets() override;
 
 private:
-    class Reference;
-
     void createCaptureSession();
     void createPreviewLayer();
     void configureFlashAndFocus();
     void startRunning();
-    bool isPermissionOpen() const;
-    void requestAccess();
     void placePreviewAndGuide();
 
     std::shared_ptr<Platform::CaptureConnection> videoConnection() const;
-    static void sendCapturePhoto(const Reference &screen, const Platform::Image &photo);
+    void photoPrepared(const QByteArray &jpeg);
     // Whether the user has closed the SDK and its screens are on their way out.
     bool isLeaving() const;
     void requestCompleted(const std::optional<BrevantoMatchGroupList> &matchGroups);
@@ -109,16 +115,22 @@ private:
     void presentNotConnected();
     // Presents the alert once what is presented now is gone; does nothing when nothing is presented.
     void replacePresented(const std::function<std::unique_ptr<Platform::AlertController>()> &makeAlert);
-    // The block for an alert's button; does nothing once the screen is gone.
-    std::function<void()> whileAlive(std::function<void()> block);
+    // The block as others may hold it for longer than the screen lives: it does nothing once the screen is gone. Made
+    // and called on the main thread, held and copied on any.
+    template <typename Block>
+    auto whileAlive(Block block)
+    {
+        return [self = QPointer(this), block = std::move(block)](const auto &...arguments) {
+            if (self)
+                block(arguments...);
+        };
+    }
 
     Platform::View *m_previewView = nullptr;
     Platform::View *m_blurView = nullptr;
-    Platform::View *m_bottomBar = nullptr;
     Platform::View *m_dashedView = nullptr;
     Platform::View *m_spinnerView = nullptr;
     QQuickItem *m_captureButton = nullptr;
-    QQuickItem *m_recentsButton = nullptr;
     QQuickItem *m_flashButton = nullptr;
     QQuickItem *m_infoButton = nullptr;
     QQuickItem *m_closeButton = nullptr;
@@ -133,7 +145,7 @@ private:
     QPointer<Platform::CaptureVideoPreviewLayer> m_capturePreviewLayer;
     QPointer<Platform::ShapeLayer> m_shapeLayer;
     qreal m_baseScale = 1.0;
-    int m_layoutCount = 0;
+    int m_layoutCount = 0; // passes since the view was loaded; the first one builds the preview
     // Shared with the blocks of requests, which outlive the screen.
     std::shared_ptr<std::atomic_bool> m_isRequestOnProcess = std::make_shared<std::atomic_bool>(false);
 };

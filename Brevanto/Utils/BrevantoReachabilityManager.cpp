@@ -1,7 +1,6 @@
 #include "Brevanto/Utils/BrevantoReachabilityManager.h"
 
 #include "Brevanto/BrevantoConstants.h"
-#include "Brevanto/Reachability/BrevantoReachability.h"
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Interface/SystemFont.h"
 
@@ -62,6 +61,11 @@ BrevantoReachabilityManager::BrevantoReachabilityManager()
 
 BrevantoReachabilityManager::~BrevantoReachabilityManager() = default;
 
+BrevantoReachabilityStatus BrevantoReachabilityManager::currentReachabilityStatus() const
+{
+    return m_reachabilty ? m_reachabilty->currentReachabilityStatus() : BrevantoReachabilityStatusNone;
+}
+
 void BrevantoReachabilityManager::addObserverForReachability(Platform::ViewController *controller)
 {
     m_visibleViewController = controller;
@@ -83,8 +87,7 @@ void BrevantoReachabilityManager::reachabiltyChangedNotification()
 {
     if (!m_visibleViewController)
         return;
-    const bool reachable =
-        m_reachabilty && m_reachabilty->currentReachabilityStatus() != BrevantoReachabilityStatusNone;
+    const bool reachable = currentReachabilityStatus() != BrevantoReachabilityStatusNone;
     const Platform::AnimationOptions options{.duration = 300ms};
     if (reachable && isBannerShown()) {
         Platform::View::animate(options, [this] { m_noNetworkView->removeFromSuperview(); });
@@ -100,8 +103,10 @@ bool BrevantoReachabilityManager::isBannerShown() const
 
 void BrevantoReachabilityManager::animateNoInternetConnectionLabel()
 {
-    scaleLabel(1.5, [manager = QPointer(this)](bool) {
-        if (manager)
+    // The growth goes on from what is seen. Of overlapping pulses the last one shrinks the text again.
+    m_noNetworkLabel->setTransformScale(m_noNetworkLabel->scale());
+    scaleLabel(1.5, [manager = QPointer(this), pulse = ++m_pulseCount](bool) {
+        if (manager && manager->m_pulseCount == pulse)
             manager->scaleLabel(1.0, {});
     });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brevanto/Reachability/BrevantoReachability.h"
 #include "Platform/Interface/Label.h"
 #include "Platform/Interface/View.h"
 #include "Platform/Interface/ViewController.h"
@@ -8,8 +9,6 @@
 #include <QPointer>
 
 #include <memory>
-
-class BrevantoReachability;
 
 // The SDK's one watcher of the network, and the banner that it shows on top of the visible screen while there is none.
 // Lives from its first use to the end of the application. For the main thread only.
@@ -22,7 +21,10 @@ public:
     static BrevantoReachabilityManager *instance();
     ~BrevantoReachabilityManager() override;
 
+    // Null when the system gives no monitor.
     BrevantoReachability *reachabilty() const { return m_reachabilty.get(); }
+    // What the monitor says; None without one.
+    BrevantoReachabilityStatus currentReachabilityStatus() const;
     Platform::View *noNetworkView() const { return m_noNetworkView; }
     Platform::Label *noNetworkLabel() const { return m_noNetworkLabel; }
     // The screen that registered last, after it has unregistered too; null when it is gone.
@@ -46,6 +48,7 @@ private:
     std::unique_ptr<BrevantoReachability> m_reachabilty;
     Platform::View *m_noNetworkView;
     Platform::Label *m_noNetworkLabel;
+    int m_pulseCount = 0;
     // A screen belongs to its navigation stack or presenter. Held by this manager it would live on without one, its
     // camera running, so it is only remembered.
     QPointer<Platform::ViewController> m_visibleViewController;

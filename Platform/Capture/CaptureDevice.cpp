@@ -103,6 +103,7 @@ void CaptureDevice::start(const void *owner, CaptureSessionPreset preset, FrameH
     if (m_owner)
         stopDelivering();
     m_owner = owner;
+    open();
     startDelivering(preset, std::move(handler));
 }
 

@@ -15,7 +15,7 @@ namespace Platform
 
 enum class CaptureDevicePosition { Unspecified = 0, Back = 1, Front = 2 };
 enum class CaptureFlashMode { Off = 0, On = 1, Auto = 2 };
-enum class CaptureFocusMode { Locked = 0, AutoFocus = 1, ContinuousAutoFocus = 2 };
+enum class CaptureFocusMode { Locked = 0, ContinuousAutoFocus = 2 };
 enum class CaptureSessionPreset { High, Photo };
 
 // A camera: one of the machine's, or one that the host registers. Lives on the main thread, and all its operations are
@@ -45,6 +45,9 @@ public:
     virtual CaptureDevicePosition position() const = 0;
     // Whether the user's permission is needed before a session may start this device.
     virtual bool requiresAuthorization() const { return false; }
+    // Gets the hardware ready; before that it has no flash, focus or zoom. Called once the user's permission is there,
+    // by inputs and before every start.
+    virtual void open() { }
 
     virtual bool hasFlash() const = 0;
     // Whether the flash would fire now.

@@ -27,7 +27,7 @@ public:
 private:
     void show();
 
-    std::recursive_mutex m_mutex; // recursive: showing a frame may lead to closing
+    std::mutex m_mutex;
     bool m_isOpen = false;
     bool m_isScheduled = false;
     QVideoFrame m_waiting;

@@ -34,11 +34,12 @@ CaptureDeviceInput::deviceInputWithDevice(const std::shared_ptr<CaptureDevice> &
 {
     if (!device)
         return nullptr;
-    if (device->requiresAuthorization()) {
-        const CaptureAuthorizationStatus status = CaptureDevice::authorizationStatus();
-        if (status == CaptureAuthorizationStatus::Denied || status == CaptureAuthorizationStatus::Restricted)
-            return nullptr;
-    }
+    const CaptureAuthorizationStatus status =
+        device->requiresAuthorization() ? CaptureDevice::authorizationStatus() : CaptureAuthorizationStatus::Authorized;
+    if (status == CaptureAuthorizationStatus::Denied || status == CaptureAuthorizationStatus::Restricted)
+        return nullptr;
+    if (status == CaptureAuthorizationStatus::Authorized)
+        device->open();
     return std::shared_ptr<CaptureDeviceInput>(new CaptureDeviceInput(device));
 }
 
@@ -80,14 +81,14 @@ void CaptureSession::addOutput(const std::shared_ptr<CaptureStillImageOutput> &o
         std::make_shared<CaptureConnection>(std::vector<CaptureInputPort>{{.mediaType = CaptureMediaTypeVideo}});
 }
 
-CaptureSessionPreset CaptureSession::sessionPreset() const
-{
-    return d->preset;
-}
-
 void CaptureSession::setSessionPreset(CaptureSessionPreset preset)
 {
     d->preset = preset;
+}
+
+void CaptureSession::setAccessHandler(std::function<void(bool)> handler)
+{
+    d->accessHandler = std::move(handler);
 }
 
 void CaptureSession::startRunning()

@@ -15,7 +15,8 @@ class CaptureStillImageOutput;
 class CaptureDeviceInput
 {
 public:
-    // Null when the device is null, or when it needs a permission that the user has denied or that is restricted.
+    // Opens the device. Null when the device is null, or when it needs a permission that the user has denied or that is
+    // restricted; while that is still open, the device waits for a session to ask for it.
     static std::shared_ptr<CaptureDeviceInput> deviceInputWithDevice(const std::shared_ptr<CaptureDevice> &device);
 
     const std::shared_ptr<CaptureDevice> &device() const { return m_device; }
@@ -42,14 +43,16 @@ public:
     void addInput(const std::shared_ptr<CaptureDeviceInput> &input);
     void addOutput(const std::shared_ptr<CaptureStillImageOutput> &output);
 
-    CaptureSessionPreset sessionPreset() const;
     // Takes effect at the next start.
     void setSessionPreset(CaptureSessionPreset preset);
 
-    // Once startRunning() returns the session counts as running and takes photos; the device, which lives on the main
-    // thread, follows as soon as that thread is free and, where permission is still open, the user has granted it.
-    // Once stopRunning() returns no further frame is shown: previews keep their last one. Neither ever waits for the
-    // main thread.
+    // What to call, on the main thread, when the user has answered the session's question for permission.
+    void setAccessHandler(std::function<void(bool granted)> handler);
+
+    // Once startRunning() returns the session counts as running. The device, which lives on the main thread, follows as
+    // soon as that thread is free. Where permission is still open the session asks the user, and the device waits for
+    // the answer. Once stopRunning() returns no further frame is shown: previews keep their last one. Neither waits for
+    // the main thread's events; stopping waits for a frame that is being shown at that moment.
     void startRunning();
     void stopRunning();
     bool isRunning() const;

@@ -103,6 +103,8 @@ bool CaptureSession::Private::hasAccess()
             session->m_isAskingForAccess = false;
             if (granted)
                 session->update();
+            if (const auto handler = session->accessHandler)
+                handler(granted);
         });
     }
     return status == CaptureAuthorizationStatus::Authorized;

@@ -47,6 +47,7 @@ public:
     std::shared_ptr<CaptureDeviceInput> input;
     std::shared_ptr<CaptureStillImageOutput> output;
     CaptureSessionPreset preset = CaptureSessionPreset::High;
+    std::function<void(bool granted)> accessHandler;
     const std::shared_ptr<CaptureFrameRelay> relay = std::make_shared<CaptureFrameRelay>();
 
     // Makes the device do what the session wants of it.

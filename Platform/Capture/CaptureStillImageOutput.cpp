@@ -1,6 +1,5 @@
 #include "Platform/Capture/CaptureStillImageOutput.h"
 
-#include "Platform/Capture/CaptureQueue.h"
 #include "Platform/Capture/CaptureSessionPrivate.h"
 #include "Platform/Graphics/Image.h"
 
@@ -18,11 +17,6 @@ constexpr qreal jpegQuality = 0.92;
 CaptureConnection::CaptureConnection(std::vector<CaptureInputPort> inputPorts)
     : m_inputPorts(std::move(inputPorts))
 {
-}
-
-QString CaptureStillImageOutput::queueLabel()
-{
-    return captureQueue().label();
 }
 
 std::vector<std::shared_ptr<CaptureConnection>> CaptureStillImageOutput::connections() const

@@ -33,9 +33,6 @@ private:
 class CaptureStillImageOutput
 {
 public:
-    // Label of the serial queue on which completions run.
-    static QString queueLabel();
-
     // One connection with a video port while the session has an input; else none. For the main thread only.
     std::vector<std::shared_ptr<CaptureConnection>> connections() const;
 

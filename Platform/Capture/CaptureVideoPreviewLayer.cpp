@@ -6,27 +6,8 @@
 namespace Platform
 {
 
-namespace
-{
-
-Qt::AspectRatioMode fillMode(CaptureVideoGravity gravity)
-{
-    switch (gravity) {
-    case CaptureVideoGravity::Resize:
-        return Qt::IgnoreAspectRatio;
-    case CaptureVideoGravity::ResizeAspectFill:
-        return Qt::KeepAspectRatioByExpanding;
-    case CaptureVideoGravity::ResizeAspect:
-        break;
-    }
-    return Qt::KeepAspectRatio;
-}
-
-} // namespace
-
 CaptureVideoPreviewLayer::CaptureVideoPreviewLayer(const std::shared_ptr<CaptureSession> &session, QQuickItem *parent)
     : View(parent)
-    , m_session(session)
 {
     setBackgroundColor(Qt::black);
     setClip(true);
@@ -35,7 +16,7 @@ CaptureVideoPreviewLayer::CaptureVideoPreviewLayer(const std::shared_ptr<Capture
                         .release();
     m_videoOutput->setParent(this);
     m_videoOutput->setParentItem(this);
-    setVideoGravity(m_videoGravity);
+    setVideoGravity(CaptureVideoGravity::ResizeAspect);
     if (session)
         session->d->relay->addSink(m_videoOutput->property("videoSink").value<QVideoSink *>());
 }
@@ -44,8 +25,8 @@ CaptureVideoPreviewLayer::~CaptureVideoPreviewLayer() = default;
 
 void CaptureVideoPreviewLayer::setVideoGravity(CaptureVideoGravity gravity)
 {
-    m_videoGravity = gravity;
-    m_videoOutput->setProperty("fillMode", int(fillMode(gravity)));
+    const bool fills = gravity == CaptureVideoGravity::ResizeAspectFill;
+    m_videoOutput->setProperty("fillMode", int(fills ? Qt::KeepAspectRatioByExpanding : Qt::KeepAspectRatio));
 }
 
 void CaptureVideoPreviewLayer::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)

@@ -6,7 +6,7 @@
 namespace Platform
 {
 
-enum class CaptureVideoGravity { ResizeAspect, ResizeAspectFill, Resize };
+enum class CaptureVideoGravity { ResizeAspect, ResizeAspectFill };
 
 // Shows what a session sees, by the stock VideoOutput; black until the first frame, and the last frame while the
 // session is stopped. For the main thread only.
@@ -19,19 +19,14 @@ public:
     explicit CaptureVideoPreviewLayer(const std::shared_ptr<CaptureSession> &session, QQuickItem *parent = nullptr);
     ~CaptureVideoPreviewLayer() override;
 
-    const std::shared_ptr<CaptureSession> &session() const { return m_session; }
-
     // How the picture fills the frame; ResizeAspect (all of the picture, bars beside it) unless set.
-    CaptureVideoGravity videoGravity() const { return m_videoGravity; }
     void setVideoGravity(CaptureVideoGravity gravity);
 
 protected:
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
 private:
-    std::shared_ptr<CaptureSession> m_session;
     QQuickItem *m_videoOutput = nullptr;
-    CaptureVideoGravity m_videoGravity = CaptureVideoGravity::ResizeAspect;
 };
 
 } // namespace Platform

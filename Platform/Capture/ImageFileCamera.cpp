@@ -131,8 +131,13 @@ private:
             const QVideoFrame frame =
                 m_picture.isNull() ? QVideoFrame() : frameOf(m_picture.copy(middle(m_picture.size(), zoom)));
             lock.lock();
-            if (m_handler && frame.isValid())
-                m_handler(frame);
+            const FrameHandler handler = m_handler;
+            if (!handler || !frame.isValid())
+                continue;
+            // Without the lock: whoever gets the frame may wait for a thread that stops this preview.
+            lock.unlock();
+            handler(frame);
+            lock.lock();
         }
         m_isBusy = false;
     }

@@ -1,10 +1,11 @@
 #include "Platform/Capture/MachineCamera.h"
 
-#include "Platform/Capture/CaptureQueue.h"
-
-#include <QFile>
+#include <QCamera>
 #include <QHash>
+#include <QImageCapture>
+#include <QMediaCaptureSession>
 #include <QMediaDevices>
+#include <QVideoSink>
 
 #include <algorithm>
 
@@ -27,7 +28,6 @@ QCamera::FlashMode translated(CaptureFlashMode mode)
     return QCamera::FlashOff;
 }
 
-// The platform's single automatic focusing has no counterpart.
 QCamera::FocusMode translated(CaptureFocusMode mode)
 {
     return mode == CaptureFocusMode::Locked ? QCamera::FocusModeManual : QCamera::FocusModeAuto;
@@ -50,35 +50,52 @@ std::vector<std::shared_ptr<CaptureDevice>> MachineCamera::cameras()
     return cameras;
 }
 
+struct MachineCamera::Pipeline {
+    explicit Pipeline(const QCameraDevice &description)
+        : camera(description)
+    {
+        imageCapture.setFileFormat(QImageCapture::JPEG);
+        session.setCamera(&camera);
+        session.setImageCapture(&imageCapture);
+        session.setVideoSink(&sink);
+    }
+
+    QCamera camera;
+    QVideoSink sink;
+    QImageCapture imageCapture;
+    QMediaCaptureSession session; // after what it uses, so that it goes first
+};
+
 MachineCamera::MachineCamera(const QCameraDevice &description)
     : m_description(description)
+    , m_photos([this](const QString &file) { return shoot(file); })
 {
-    m_imageCapture.setFileFormat(QImageCapture::JPEG);
-    connect(&m_imageCapture, &QImageCapture::readyForCaptureChanged, this, &MachineCamera::takePendingPhoto);
-    connect(&m_imageCapture, &QImageCapture::imageSaved, this, [this](int photo, const QString &file) {
-        if (photo == m_photo)
-            readPhoto(file);
-    });
-    connect(&m_imageCapture, &QImageCapture::errorOccurred, this,
-            [this](int photo, QImageCapture::Error, const QString &error) {
-                if (photo < 0 || photo == m_photo)
-                    failPhoto(error);
-            });
-    connect(new QMediaDevices(this), &QMediaDevices::videoInputsChanged, this, &MachineCamera::checkPlugged);
 }
 
 MachineCamera::~MachineCamera() = default;
 
-QCamera *MachineCamera::camera() const
+void MachineCamera::open()
 {
-    if (!m_camera && authorizationStatus() == CaptureAuthorizationStatus::Authorized) {
-        m_camera = std::make_unique<QCamera>(m_description);
-        connect(m_camera.get(), &QCamera::errorOccurred, this,
-                [self = const_cast<MachineCamera *>(this)](QCamera::Error, const QString &error) {
-                    self->failPhoto(error);
-                });
-    }
-    return m_camera.get();
+    if (m_pipeline)
+        return;
+    m_pipeline = std::make_unique<Pipeline>(m_description);
+    connect(&m_pipeline->camera, &QCamera::errorOccurred, this,
+            [this](QCamera::Error, const QString &error) { m_photos.fail(error); });
+    const QImageCapture *images = &m_pipeline->imageCapture;
+    connect(images, &QImageCapture::readyForCaptureChanged, this, [this] { m_photos.becameReady(); });
+    connect(images, &QImageCapture::imageSaved, this,
+            [this](int photo, const QString &file) { m_photos.saved(photo, file); });
+    connect(images, &QImageCapture::errorOccurred, this,
+            [this](int photo, QImageCapture::Error, const QString &error) { m_photos.failed(photo, error); });
+    connect(new QMediaDevices(this), &QMediaDevices::videoInputsChanged, this, [this] {
+        if (!QMediaDevices::videoInputs().contains(m_description))
+            m_photos.fail(QStringLiteral("The camera has been unplugged"));
+    });
+}
+
+const QCamera *MachineCamera::camera() const
+{
+    return m_pipeline ? &m_pipeline->camera : nullptr;
 }
 
 CaptureDevicePosition MachineCamera::position() const
@@ -112,7 +129,7 @@ CaptureFlashMode MachineCamera::flashMode() const
 
 bool MachineCamera::isFocusModeSupported(CaptureFocusMode mode) const
 {
-    return mode != CaptureFocusMode::AutoFocus && camera() && camera()->isFocusModeSupported(translated(mode));
+    return camera() && camera()->isFocusModeSupported(translated(mode));
 }
 
 CaptureFocusMode MachineCamera::focusMode() const
@@ -133,85 +150,43 @@ qreal MachineCamera::activeFormatVideoMaxZoomFactor() const
 
 void MachineCamera::applyFlashMode(CaptureFlashMode mode)
 {
-    camera()->setFlashMode(translated(mode));
+    m_pipeline->camera.setFlashMode(translated(mode));
 }
 
 void MachineCamera::applyFocusMode(CaptureFocusMode mode)
 {
-    camera()->setFocusMode(translated(mode));
+    m_pipeline->camera.setFocusMode(translated(mode));
 }
 
 void MachineCamera::applyZoom(qreal factor, qreal rate)
 {
-    camera()->zoomTo(float(factor), float(rate));
+    m_pipeline->camera.zoomTo(float(factor), float(rate));
 }
 
 void MachineCamera::startDelivering(CaptureSessionPreset preset, FrameHandler handler)
 {
-    if (!camera())
-        return;
-    m_imageCapture.setQuality(preset == CaptureSessionPreset::Photo ? QImageCapture::VeryHighQuality
-                                                                    : QImageCapture::HighQuality);
-    connect(&m_sink, &QVideoSink::videoFrameChanged, this, std::move(handler), Qt::DirectConnection);
-    m_session.setCamera(camera());
-    m_session.setImageCapture(&m_imageCapture);
-    m_session.setVideoSink(&m_sink);
-    camera()->start();
+    m_pipeline->imageCapture.setQuality(preset == CaptureSessionPreset::Photo ? QImageCapture::VeryHighQuality
+                                                                              : QImageCapture::HighQuality);
+    connect(&m_pipeline->sink, &QVideoSink::videoFrameChanged, this, std::move(handler), Qt::DirectConnection);
+    m_pipeline->camera.start();
 }
 
 void MachineCamera::stopDelivering()
 {
-    disconnect(&m_sink, nullptr, this, nullptr);
-    if (m_camera)
-        m_camera->stop();
-    failPhoto(QStringLiteral("The camera has been stopped"));
+    disconnect(&m_pipeline->sink, nullptr, this, nullptr);
+    m_pipeline->camera.stop();
+    m_photos.fail(QStringLiteral("The camera has been stopped"));
 }
 
-// A camera's own JPEG reaches the outside only as a file.
 void MachineCamera::captureStillImage(CaptureCompletion completion)
 {
-    failPhoto(QStringLiteral("A newer photo has taken its place"));
-    if (!m_folder)
-        m_folder = std::make_shared<QTemporaryDir>();
-    m_completion = std::move(completion);
-    takePendingPhoto();
+    m_photos.take(std::move(completion));
 }
 
-void MachineCamera::takePendingPhoto()
+int MachineCamera::shoot(const QString &file)
 {
-    if (!m_completion || m_photo >= 0 || !m_imageCapture.isReadyForCapture())
-        return;
-    m_photo = m_imageCapture.captureToFile(m_folder->filePath(QStringLiteral("photo.jpg")));
-}
-
-void MachineCamera::readPhoto(const QString &file)
-{
-    m_photo = -1;
-    captureQueue().async([path = file, folder = m_folder, completion = std::exchange(m_completion, {})] {
-        QFile saved(path);
-        auto buffer = std::make_shared<CaptureSampleBuffer>();
-        if (saved.open(QIODevice::ReadOnly))
-            buffer->jpeg = saved.readAll();
-        saved.remove();
-        if (buffer->jpeg.isEmpty())
-            completion(nullptr, saved.errorString());
-        else
-            completion(buffer, {});
-    });
-}
-
-void MachineCamera::failPhoto(const QString &error)
-{
-    m_photo = -1;
-    if (const CaptureCompletion completion = std::exchange(m_completion, {}))
-        completion(nullptr, error);
-}
-
-void MachineCamera::checkPlugged()
-{
-    const QList<QCameraDevice> plugged = QMediaDevices::videoInputs();
-    if (!plugged.contains(m_description))
-        failPhoto(QStringLiteral("The camera has been unplugged"));
+    QImageCapture &images = m_pipeline->imageCapture;
+    return images.isReadyForCapture() ? images.captureToFile(file) : -1;
 }
 
 } // namespace Platform

@@ -1,19 +1,16 @@
 #pragma once
 
 #include "Platform/Capture/CaptureDevice.h"
+#include "Platform/Capture/PhotoTaker.h"
 
-#include <QCamera>
 #include <QCameraDevice>
-#include <QImageCapture>
-#include <QMediaCaptureSession>
-#include <QTemporaryDir>
-#include <QVideoSink>
+
+class QCamera;
 
 namespace Platform
 {
 
-// One of the machine's cameras, through Qt Multimedia. Until the user has granted access it is only known by name: a
-// camera opened before that stays black.
+// One of the machine's cameras, through Qt Multimedia. Until it is opened it is only known by name.
 class MachineCamera : public CaptureDevice
 {
     Q_OBJECT
@@ -27,6 +24,7 @@ public:
 
     CaptureDevicePosition position() const override;
     bool requiresAuthorization() const override { return true; }
+    void open() override;
 
     bool hasFlash() const override;
     bool isFlashActive() const override;
@@ -42,27 +40,19 @@ protected:
     void applyFlashMode(CaptureFlashMode mode) override;
     void applyFocusMode(CaptureFocusMode mode) override;
     void applyZoom(qreal factor, qreal rate) override;
-    bool acquireConfiguration() override { return camera(); }
+    bool acquireConfiguration() override { return m_pipeline != nullptr; }
     void startDelivering(CaptureSessionPreset preset, FrameHandler handler) override;
     void stopDelivering() override;
 
 private:
-    // The opened camera; null while access is not granted.
-    QCamera *camera() const;
+    struct Pipeline;
 
-    void takePendingPhoto();
-    void readPhoto(const QString &file);
-    void failPhoto(const QString &error);
-    void checkPlugged();
+    const QCamera *camera() const;
+    int shoot(const QString &file);
 
     QCameraDevice m_description;
-    mutable std::unique_ptr<QCamera> m_camera;
-    QVideoSink m_sink;
-    QImageCapture m_imageCapture;
-    QMediaCaptureSession m_session; // after what it uses, so that it goes first
-    std::shared_ptr<QTemporaryDir> m_folder;
-    CaptureCompletion m_completion; // of the photo under way
-    int m_photo = -1; // its number; below zero while the camera is not ready
+    PhotoTaker m_photos;
+    std::unique_ptr<Pipeline> m_pipeline; // null until opened
 };
 
 } // namespace Platform

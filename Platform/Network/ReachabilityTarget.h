@@ -37,8 +37,8 @@ public:
     // The host of that name. Before the name has been looked up, which scheduling the target does, it counts as
     // reachable where the internet is. Null for an empty name.
     static std::unique_ptr<ReachabilityTarget> withHostName(const QString &hostName);
-    // The host at that address; the zero address of a family (QHostAddress::AnyIPv4) stands for the internet, whatever
-    // is behind the default route. Null for a null address.
+    // The host at that address; the IPv4 zero address (QHostAddress::AnyIPv4) stands for the internet: whatever is
+    // behind a default route, of IPv4 or, where a network has no other, of IPv6. Null for a null address.
     static std::unique_ptr<ReachabilityTarget> withAddress(const QHostAddress &address);
 
     // Makes the targets in place of the system's, for one of a host name and an address; the other is empty or null.

@@ -25,12 +25,20 @@ quint32 flagsFor(const Route &route)
     return flags;
 }
 
+// Some phone networks have IPv6 alone.
+QList<QHostAddress> addressesBehind(const QHostAddress &address)
+{
+    if (address == QHostAddress::AnyIPv4)
+        return {address, QHostAddress(QHostAddress::AnyIPv6)};
+    return {address};
+}
+
 class RouteReachabilityTarget final : public ReachabilityTarget
 {
 public:
     RouteReachabilityTarget(const QString &hostName, const QHostAddress &address)
         : m_hostName(hostName)
-        , m_addresses(hostName.isEmpty() ? QList{address} : QList{QHostAddress(QHostAddress::AnyIPv4)})
+        , m_addresses(addressesBehind(hostName.isEmpty() ? address : QHostAddress(QHostAddress::AnyIPv4)))
     {
     }
 
@@ -84,7 +92,9 @@ private:
     void routesChanged()
     {
         m_changes.drain();
-        lookUpHost();
+        // The answer to a name may differ from one network to the next.
+        if (flags() != m_lastFlags)
+            lookUpHost();
         reportChange();
     }
 
@@ -98,12 +108,14 @@ private:
             m_callback(this, now.value_or(0), m_info);
     }
 
-    // The answer to a name may differ from one network to the next.
+    // Without an answer the addresses stay as they were.
     void lookUpHost()
     {
         if (m_hostName.isEmpty())
             return;
         QHostInfo::lookupHost(m_hostName, m_notifier.get(), [this](const QHostInfo &info) {
+            if (info.error() != QHostInfo::NoError || info.addresses().isEmpty())
+                return;
             {
                 const QMutexLocker lock(&m_mutex);
                 m_addresses = info.addresses();

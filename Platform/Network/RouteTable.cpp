@@ -30,6 +30,9 @@ namespace
 constexpr unsigned watchedGroups =
     RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_IFADDR | RTMGRP_IPV6_ROUTE;
 
+// To list routes that do not stop changing.
+constexpr int maximumAttempts = 10;
+
 int openSocket(int flags)
 {
     return socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | flags, NETLINK_ROUTE);
@@ -79,14 +82,28 @@ Request requestFor(const QHostAddress &destination)
     return request;
 }
 
-enum class Answer { More, Complete };
+// The errors by which the kernel says that an address has no route; the last two come from one without IPv6.
+bool saysNoRoute(int error)
+{
+    constexpr std::array errors{ENETUNREACH, EHOSTUNREACH, EACCES, EINVAL, EAFNOSUPPORT, EOPNOTSUPP};
+    return std::find(errors.begin(), errors.end(), error) != errors.end();
+}
+
+enum class Answer { More, Complete, Interrupted };
 
 Answer readMessages(const char *data, size_t length, const std::function<void(const nlmsghdr *)> &take)
 {
     const auto *message = reinterpret_cast<const nlmsghdr *>(data);
     for (auto left = static_cast<unsigned>(length); NLMSG_OK(message, left); message = NLMSG_NEXT(message, left)) {
-        if (message->nlmsg_type == NLMSG_DONE || message->nlmsg_type == NLMSG_ERROR)
-            return Answer::Complete; // for a single address, an error says that there is no route
+        if (message->nlmsg_flags & NLM_F_DUMP_INTR)
+            return Answer::Interrupted;
+        if (message->nlmsg_type == NLMSG_DONE)
+            return Answer::Complete;
+        if (message->nlmsg_type == NLMSG_ERROR) {
+            if (!saysNoRoute(-static_cast<const nlmsgerr *>(NLMSG_DATA(message))->error))
+                throw RouteTableError();
+            return Answer::Complete;
+        }
         take(message);
         if (!(message->nlmsg_flags & NLM_F_MULTI))
             return Answer::Complete;
@@ -94,7 +111,8 @@ Answer readMessages(const char *data, size_t length, const std::function<void(co
     return Answer::More;
 }
 
-void askKernel(const Request &request, const std::function<void(const nlmsghdr *)> &take)
+// False when the routes changed while the kernel listed them.
+bool askKernel(const Request &request, const std::function<void(const nlmsghdr *)> &take)
 {
     const int descriptor = openSocket(0);
     if (descriptor < 0)
@@ -109,8 +127,9 @@ void askKernel(const Request &request, const std::function<void(const nlmsghdr *
             continue;
         if (length <= 0)
             throw RouteTableError();
-        if (readMessages(buffer.data(), static_cast<size_t>(length), take) == Answer::Complete)
-            return;
+        const Answer answer = readMessages(buffer.data(), static_cast<size_t>(length), take);
+        if (answer != Answer::More)
+            return answer == Answer::Complete;
     }
 }
 
@@ -211,7 +230,13 @@ std::optional<Route> usableRoute(const QHostAddress &destination)
 {
     const bool isDefault = isZero(destination);
     std::vector<Hop> hops;
-    askKernel(requestFor(destination), [&](const nlmsghdr *message) { appendHops(message, isDefault, hops); });
+    int attempts = 0;
+    while (
+        !askKernel(requestFor(destination), [&](const nlmsghdr *message) { appendHops(message, isDefault, hops); })) {
+        if (++attempts == maximumAttempts)
+            throw RouteTableError();
+        hops.clear();
+    }
     std::stable_sort(hops.begin(), hops.end(), [](const Hop &a, const Hop &b) { return a.metric < b.metric; });
     for (const Hop &hop : hops) {
         if (auto route = routeThrough(hop)) {

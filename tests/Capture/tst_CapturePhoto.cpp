@@ -1,14 +1,14 @@
-#include "Capture/FakeCamera.h"
 #include "Platform/Capture/CaptureStillImageOutput.h"
 #include "Platform/Capture/ImageFileCamera.h"
+#include "Platform/Capture/PhotoTaker.h"
 #include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Graphics/Image.h"
+#include "support/FakeCamera.h"
 #include "support/ManualClock.h"
 #include "support/TestImages.h"
 
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThread>
 
 #include <mutex>
 
@@ -17,6 +17,8 @@ using namespace std::chrono_literals;
 
 namespace
 {
+
+const QString captureQueueLabel = QStringLiteral("capture queue");
 
 // What a completion was told, and where.
 struct Result {
@@ -64,6 +66,12 @@ public:
         return m_results->results.at(index);
     }
 
+    bool hasFailed(std::size_t index = 0) const
+    {
+        return !result(index).buffer && !result(index).error.isEmpty() && result(index).queue == captureQueueLabel
+            && jpeg(index).isEmpty();
+    }
+
     QByteArray jpeg(std::size_t index = 0) const
     {
         return CaptureStillImageOutput::jpegStillImageDataRepresentation(result(index).buffer);
@@ -101,9 +109,10 @@ private Q_SLOTS:
     void failsWithAReason();
     void comesRightAfterTheStart();
     void takesOneAtATime();
-    void doesNotWaitForEver();
-    void isAnsweredWhenTheSessionEnds();
-    void comesFromACallOnAnotherThread();
+    void isAnsweredWhenNothingComes_data();
+    void isAnsweredWhenNothingComes();
+    void leavesNoFile_data();
+    void leavesNoFile();
 
 private:
     QString write(const QString &name, const QByteArray &bytes);
@@ -149,7 +158,7 @@ void tst_CapturePhoto::deliversTheFile()
     studio.shoot();
     QTRY_COMPARE(studio.count(), std::size_t(1));
     QCOMPARE(studio.result().error, QString());
-    QCOMPARE(studio.result().queue, CaptureStillImageOutput::queueLabel());
+    QCOMPARE(studio.result().queue, captureQueueLabel);
 
     const QByteArray photo = studio.jpeg();
     QVERIFY(photo.startsWith("\xff\xd8"));
@@ -217,22 +226,23 @@ void tst_CapturePhoto::failsWithAReason()
         studio.shoot();
 
     QTRY_COMPARE(studio.count(), std::size_t(1));
-    QVERIFY(!studio.result().buffer);
-    QVERIFY(!studio.result().error.isEmpty());
-    QCOMPARE(studio.result().queue, CaptureStillImageOutput::queueLabel());
-    QVERIFY(studio.jpeg().isEmpty());
+    QVERIFY(studio.hasFailed());
 }
 
+// The main thread has not heard of the start by the time the photo is asked for, on either thread.
 void tst_CapturePhoto::comesRightAfterTheStart()
 {
     const QByteArray picture = TestImages::jpeg(TestImages::quarters({16, 8}));
     Studio studio(std::make_shared<ImageFileCamera>(write(QStringLiteral("picture"), picture)));
     studio.session->stopRunning();
+    const auto connection = studio.output->connections().front();
     {
         DispatchQueue queue(QStringLiteral("session queue"), DispatchQueue::Kind::Serial);
-        queue.async([&studio] { studio.session->startRunning(); });
+        queue.async([&] {
+            studio.session->startRunning();
+            studio.shoot(connection);
+        });
     }
-    studio.shoot();
     QTRY_COMPARE(studio.count(), std::size_t(1));
     QCOMPARE(studio.jpeg(), picture);
 }
@@ -258,43 +268,106 @@ void tst_CapturePhoto::takesOneAtATime()
     QCOMPARE(studio.result(2).buffer.get(), buffer.get());
 }
 
-void tst_CapturePhoto::doesNotWaitForEver()
+void tst_CapturePhoto::isAnsweredWhenNothingComes_data()
 {
+    QTest::addColumn<bool>("sessionEnds");
+    QTest::newRow("the camera is silent") << false;
+    QTest::newRow("the session ends") << true;
+}
+
+void tst_CapturePhoto::isAnsweredWhenNothingComes()
+{
+    QFETCH(bool, sessionEnds);
     ManualClock clock;
-    const auto camera = std::make_shared<FakeCamera>();
+    auto camera = std::make_shared<FakeCamera>();
     Studio studio(camera);
     studio.shoot();
-    clock.advance(9'999ms);
-    QVERIFY(!studio.count());
-    clock.advance(1ms);
-    QTRY_COMPARE(studio.count(), std::size_t(1));
-    QVERIFY(!studio.result().buffer);
-}
-
-void tst_CapturePhoto::isAnsweredWhenTheSessionEnds()
-{
-    auto camera = std::make_shared<FakeCamera>();
-    auto studio = std::make_unique<Studio>(camera);
-    const Studio results = *studio;
-    studio->shoot();
     QVERIFY(camera->photo);
-    studio.reset();
-    const_cast<Studio &>(results).session.reset();
-    camera.reset();
-    QTRY_COMPARE(results.count(), std::size_t(1));
-    QVERIFY(!results.result().buffer);
-    QCOMPARE(results.result().queue, CaptureStillImageOutput::queueLabel());
+    if (sessionEnds) {
+        studio.session.reset();
+        camera.reset();
+    } else {
+        clock.advance(9'999ms);
+        QVERIFY(!studio.count());
+        clock.advance(1ms);
+    }
+    QTRY_COMPARE(studio.count(), std::size_t(1));
+    QVERIFY(studio.hasFailed());
 }
 
-void tst_CapturePhoto::comesFromACallOnAnotherThread()
+void tst_CapturePhoto::leavesNoFile_data()
 {
-    const QByteArray picture = TestImages::jpeg(TestImages::quarters({16, 8}));
-    Studio studio(std::make_shared<ImageFileCamera>(write(QStringLiteral("picture"), picture)));
-    const auto connection = studio.output->connections().front();
-    DispatchQueue queue(QStringLiteral("other"), DispatchQueue::Kind::Serial);
-    queue.async([&] { studio.shoot(connection); });
-    QTRY_COMPARE(studio.count(), std::size_t(1));
-    QCOMPARE(studio.jpeg(), picture);
+    QTest::addColumn<QString>("course"); // t: photo asked for, r: camera ready, n: not ready, s and e: the last photo
+                                         // is saved or fails, o: the one before is saved, E: the camera fails
+    QTest::addColumn<QString>("results"); // in the order of the questions; p: photo, e: error
+    QTest::newRow("saved") << "rts"
+                           << "p";
+    QTest::newRow("ready later") << "ntrs"
+                                 << "p";
+    QTest::newRow("one after the other") << "rtsts"
+                                         << "pp";
+    QTest::newRow("fails") << "rtets"
+                           << "ep";
+    QTest::newRow("camera fails") << "rtEs"
+                                  << "e";
+    QTest::newRow("camera fails before it is ready") << "ntErts"
+                                                     << "ep";
+    QTest::newRow("overtaken") << "rttos"
+                               << "ep";
+}
+
+void tst_CapturePhoto::leavesNoFile()
+{
+    QFETCH(QString, course);
+    QFETCH(QString, results);
+    QStringList files;
+    bool isReady = false;
+    PhotoTaker taker([&](const QString &file) {
+        if (!isReady)
+            return -1;
+        files += file;
+        return int(files.size()) - 1;
+    });
+    QList<QByteArray> told;
+    std::mutex mutex;
+    const auto seen = [&] {
+        const std::lock_guard lock(mutex);
+        QString letters;
+        for (const QByteArray &one : std::as_const(told))
+            letters += QLatin1Char(one == "jpeg" ? 'p' : one == "error" ? 'e' : '?');
+        return letters;
+    };
+    const auto save = [&](qsizetype photo) {
+        QFile file(files.at(photo));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("jpeg");
+        file.close();
+        taker.saved(int(photo), file.fileName());
+    };
+    for (const QChar step : course) {
+        if (step == QLatin1Char('t')) {
+            const qsizetype index = told.size();
+            {
+                const std::lock_guard lock(mutex);
+                told += QByteArray();
+            }
+            taker.take([&, index](const auto &buffer, const QString &) {
+                const std::lock_guard lock(mutex);
+                told[index] += buffer ? buffer->jpeg : QByteArray("error");
+            });
+        } else if (step == QLatin1Char('s') || step == QLatin1Char('o')) {
+            save(files.size() - (step == QLatin1Char('s') ? 1 : 2));
+        } else if (step == QLatin1Char('e') || step == QLatin1Char('E')) {
+            taker.failed(step == QLatin1Char('e') ? int(files.size()) - 1 : -1, QStringLiteral("broken"));
+        } else {
+            isReady = step == QLatin1Char('r');
+            if (isReady)
+                taker.becameReady();
+        }
+    }
+    QTRY_COMPARE(seen(), results);
+    for (const QString &file : std::as_const(files))
+        QTRY_VERIFY2(!QFile::exists(file), qPrintable(file));
 }
 
 QTEST_GUILESS_MAIN(tst_CapturePhoto)

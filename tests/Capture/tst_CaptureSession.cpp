@@ -1,9 +1,8 @@
-#include "Capture/FakeCamera.h"
 #include "Platform/Capture/CaptureSession.h"
 #include "Platform/Capture/CaptureStillImageOutput.h"
-#include "Platform/Capture/ImageFileCamera.h"
 #include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Foundation/Exception.h"
+#include "support/FakeCamera.h"
 
 #include <QTest>
 
@@ -11,33 +10,6 @@ using namespace Platform;
 
 namespace
 {
-
-// A permission whose answer the test gives.
-class FakeAuthorization final : public CaptureAuthorization
-{
-public:
-    explicit FakeAuthorization(CaptureAuthorizationStatus status)
-        : m_status(status)
-    {
-        setCurrent(this);
-    }
-    ~FakeAuthorization() override { setCurrent(nullptr); }
-
-    CaptureAuthorizationStatus status() const override { return m_status; }
-    void request(std::function<void(bool)> completion) override { requests.push_back(std::move(completion)); }
-
-    void decide(bool granted)
-    {
-        m_status = granted ? CaptureAuthorizationStatus::Authorized : CaptureAuthorizationStatus::Denied;
-        for (const auto &request : std::exchange(requests, {}))
-            request(granted);
-    }
-
-    std::vector<std::function<void(bool)>> requests;
-
-private:
-    CaptureAuthorizationStatus m_status;
-};
 
 std::shared_ptr<CaptureSession> sessionOn(const std::shared_ptr<CaptureDevice> &device)
 {
@@ -64,169 +36,142 @@ class tst_CaptureSession : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { m_camera = std::make_shared<FakeCamera>(); }
+
     void listsRegisteredDevicesFirst();
     void settingsNeedALock();
-    void inputNeedsADeviceAndPermission_data();
-    void inputNeedsADeviceAndPermission();
-    void takesOneInputAndOneOutput();
-    void connectsOutputToInput();
+    void needsPermission_data();
+    void needsPermission();
+    void connectsOneOutputToOneInput();
     void startsAndStopsFromAQueue();
-    void startsOnlyWithPermission_data();
-    void startsOnlyWithPermission();
     void nobodyHangsWhenTheMainThreadIsBusy();
-    void endsOnAnyThread();
     void aDeviceServesTheLastSession();
+
+private:
+    std::shared_ptr<FakeCamera> m_camera;
 };
 
 void tst_CaptureSession::listsRegisteredDevicesFirst()
 {
-    const std::size_t ofTheMachine = CaptureDevice::devices().size();
-    const auto first = std::make_shared<FakeCamera>();
-    const auto second = std::make_shared<ImageFileCamera>(QStringLiteral("/nowhere"));
-    CaptureDevice::registerDevice(first);
-    CaptureDevice::registerDevice(second);
-    CaptureDevice::registerDevice(first);
-    CaptureDevice::registerDevice(nullptr);
-
-    QCOMPARE(CaptureDevice::devices().size(), ofTheMachine + 2);
-    QCOMPARE(CaptureDevice::devices()[0].get(), first.get());
-    QCOMPARE(CaptureDevice::devices()[1].get(), second.get());
-    CaptureDevice::unregisterDevice(first);
-    QCOMPARE(CaptureDevice::devices()[0].get(), second.get());
-    CaptureDevice::unregisterDevice(second);
-    CaptureDevice::unregisterDevice(second);
-    QCOMPARE(CaptureDevice::devices().size(), ofTheMachine);
+    const auto ofTheMachine = CaptureDevice::devices();
+    const auto second = std::make_shared<FakeCamera>();
+    for (const auto &device : {m_camera, second, m_camera, std::shared_ptr<FakeCamera>()})
+        CaptureDevice::registerDevice(device);
+    std::vector<std::shared_ptr<CaptureDevice>> expected{m_camera, second};
+    expected.insert(expected.end(), ofTheMachine.begin(), ofTheMachine.end());
+    QVERIFY(CaptureDevice::devices() == expected);
+    for (const auto &device : {m_camera, second, second})
+        CaptureDevice::unregisterDevice(device);
+    QVERIFY(CaptureDevice::devices() == ofTheMachine);
 }
 
 void tst_CaptureSession::settingsNeedALock()
 {
-    FakeCamera camera;
-    QCOMPARE(raisedBy([&] { camera.rampToVideoZoomFactor(2, 3); }), Exception::Name::InternalInconsistency);
-    QVERIFY(camera.lockForConfiguration());
-    camera.rampToVideoZoomFactor(2, 3);
-    QCOMPARE(camera.videoZoomFactor(), 2.0);
-    camera.rampToVideoZoomFactor(9, 3);
-    QCOMPARE(camera.videoZoomFactor(), 4.0);
-    camera.rampToVideoZoomFactor(.5, 3);
-    QCOMPARE(camera.videoZoomFactor(), 1.0);
-    QCOMPARE(raisedBy([&] { camera.setFlashMode(CaptureFlashMode::On); }), Exception::Name::InvalidArgument);
-    QCOMPARE(raisedBy([&] { camera.setFocusMode(CaptureFocusMode::AutoFocus); }), Exception::Name::InvalidArgument);
-    camera.unlockForConfiguration();
-    camera.refusesConfiguration = true;
-    QVERIFY(!camera.lockForConfiguration());
-    QCOMPARE(raisedBy([&] { camera.rampToVideoZoomFactor(2, 3); }), Exception::Name::InternalInconsistency);
+    const auto zoom = [this](qreal factor) { m_camera->rampToVideoZoomFactor(factor, 3); };
+    QCOMPARE(raisedBy([&] { zoom(2); }), Exception::Name::InternalInconsistency);
+    QVERIFY(m_camera->lockForConfiguration());
+    for (const auto &[wanted, set] : std::vector<std::pair<qreal, qreal>>{{2, 2}, {9, 8}, {0.5, 1}}) {
+        zoom(wanted);
+        QCOMPARE(m_camera->zoom, set);
+    }
+    m_camera->flash = false;
+    QCOMPARE(raisedBy([&] { m_camera->setFlashMode(CaptureFlashMode::On); }), Exception::Name::InvalidArgument);
+    QCOMPARE(raisedBy([&] { m_camera->setFocusMode(CaptureFocusMode::Locked); }), Exception::Name::InvalidArgument);
+    m_camera->unlockForConfiguration();
+    m_camera->refusesConfiguration = true;
+    QVERIFY(!m_camera->lockForConfiguration());
+    QCOMPARE(raisedBy([&] { zoom(2); }), Exception::Name::InternalInconsistency);
 }
 
-void tst_CaptureSession::inputNeedsADeviceAndPermission_data()
+void tst_CaptureSession::needsPermission_data()
 {
     QTest::addColumn<CaptureAuthorizationStatus>("status");
-    QTest::addColumn<bool>("needsPermission");
-    QTest::addColumn<bool>("hasInput");
-    QTest::newRow("not determined") << CaptureAuthorizationStatus::NotDetermined << true << true;
-    QTest::newRow("restricted") << CaptureAuthorizationStatus::Restricted << true << false;
-    QTest::newRow("denied") << CaptureAuthorizationStatus::Denied << true << false;
-    QTest::newRow("authorized") << CaptureAuthorizationStatus::Authorized << true << true;
-    QTest::newRow("denied, not needed") << CaptureAuthorizationStatus::Denied << false << true;
+    QTest::addColumn<bool>("isNeeded");
+    QTest::addColumn<QString>("course"); // input, open, delivering, asking the user; then opened and delivering
+    using Status = CaptureAuthorizationStatus;
+    QTest::newRow("granted later") << Status::NotDetermined << true << "i--a od";
+    QTest::newRow("denied later") << Status::NotDetermined << true << "i--a --";
+    QTest::newRow("restricted") << Status::Restricted << true << "---- --";
+    QTest::newRow("denied") << Status::Denied << true << "---- --";
+    QTest::newRow("authorized") << Status::Authorized << true << "iod- od";
+    QTest::newRow("denied, not needed") << Status::Denied << false << "iod- od";
 }
 
-void tst_CaptureSession::inputNeedsADeviceAndPermission()
+void tst_CaptureSession::needsPermission()
 {
     QFETCH(CaptureAuthorizationStatus, status);
-    QFETCH(bool, needsPermission);
-    const FakeAuthorization authorization(status);
-    QCOMPARE(CaptureDevice::authorizationStatus(), status);
-    const auto camera = std::make_shared<FakeCamera>();
-    camera->needsPermission = needsPermission;
-    QTEST(bool(CaptureDeviceInput::deviceInputWithDevice(camera)), "hasInput");
-    QVERIFY(!CaptureDeviceInput::deviceInputWithDevice(nullptr));
-}
-
-void tst_CaptureSession::takesOneInputAndOneOutput()
-{
+    QFETCH(bool, isNeeded);
+    QFETCH(QString, course);
+    FakePermission permission(status);
+    m_camera->needsPermission = isNeeded;
     CaptureSession session;
-    const auto input = CaptureDeviceInput::deviceInputWithDevice(std::make_shared<FakeCamera>());
-    const auto output = std::make_shared<CaptureStillImageOutput>();
-    QVERIFY(!session.canAddInput(nullptr));
-    QVERIFY(!session.canAddOutput(nullptr));
-    QVERIFY(session.canAddInput(input));
-    session.addInput(input);
-    QVERIFY(!session.canAddInput(input));
-    QCOMPARE(raisedBy([&] { session.addInput(input); }), Exception::Name::InvalidArgument);
-    session.addOutput(output);
-    QVERIFY(!session.canAddOutput(std::make_shared<CaptureStillImageOutput>()));
-    QVERIFY(!CaptureSession().canAddOutput(output));
+    QList<bool> answers;
+    session.setAccessHandler([&](bool granted) { answers += granted; });
+    const auto input = CaptureDeviceInput::deviceInputWithDevice(m_camera);
+    if (input)
+        session.addInput(input);
+    session.startRunning();
+    session.startRunning();
+    const auto mark = [](bool isSo, char letter) { return QLatin1Char(isSo ? letter : '-'); };
+    const auto camera = [&] { return QString(mark(m_camera->isOpen, 'o')) + mark(m_camera->isDelivering(), 'd'); };
+    QString seen = mark(input != nullptr, 'i') + camera() + mark(permission.questions.size() == 1, 'a');
+    const bool granted = course.endsWith(QLatin1Char('d'));
+    const qsizetype expectedAnswers = qsizetype(permission.questions.size());
+    permission.answer(granted);
+    QCOMPARE(seen + QLatin1Char(' ') + camera(), course);
+    QCOMPARE(answers, QList<bool>(expectedAnswers, granted));
 }
 
-void tst_CaptureSession::connectsOutputToInput()
+void tst_CaptureSession::connectsOneOutputToOneInput()
 {
     const auto output = std::make_shared<CaptureStillImageOutput>();
-    QVERIFY(output->connections().empty());
+    const auto input = CaptureDeviceInput::deviceInputWithDevice(m_camera);
+    QVERIFY(!CaptureDeviceInput::deviceInputWithDevice(nullptr));
     {
         CaptureSession session;
+        QVERIFY(!session.canAddInput(nullptr) && !session.canAddOutput(nullptr));
         session.addOutput(output);
+        QVERIFY(!session.canAddOutput(std::make_shared<CaptureStillImageOutput>()));
+        QVERIFY(!CaptureSession().canAddOutput(output));
         QVERIFY(output->connections().empty());
-        session.addInput(CaptureDeviceInput::deviceInputWithDevice(std::make_shared<FakeCamera>()));
+        session.addInput(input);
+        QCOMPARE(raisedBy([&] { session.addInput(input); }), Exception::Name::InvalidArgument);
         QCOMPARE(output->connections().size(), std::size_t(1));
         QCOMPARE(output->connections()[0]->inputPorts().at(0).mediaType, QStringLiteral("vide"));
-        QCOMPARE(output->connections()[0].get(), output->connections()[0].get());
     }
     QVERIFY(output->connections().empty());
 }
 
 void tst_CaptureSession::startsAndStopsFromAQueue()
 {
-    const auto camera = std::make_shared<FakeCamera>();
-    const auto session = sessionOn(camera);
+    auto session = sessionOn(m_camera);
     DispatchQueue queue(QStringLiteral("session queue"), DispatchQueue::Kind::Serial);
-    QVERIFY(!session->isRunning());
     std::atomic<bool> wasRunning = false;
     queue.async([&] {
         session->startRunning();
         wasRunning = session->isRunning();
     });
-    QTRY_VERIFY(camera->frames);
+    QTRY_VERIFY(m_camera->isDelivering());
     QVERIFY(wasRunning);
     queue.async([&] { session->stopRunning(); });
-    QTRY_VERIFY(!camera->frames);
+    QTRY_VERIFY(!m_camera->isDelivering());
     QVERIFY(!session->isRunning());
     queue.async([&] {
         session->startRunning();
         session->stopRunning();
         session->startRunning();
     });
-    QTRY_VERIFY(camera->frames);
-    QVERIFY(session->isRunning());
-}
-
-void tst_CaptureSession::startsOnlyWithPermission_data()
-{
-    QTest::addColumn<bool>("granted");
-    QTest::newRow("granted") << true;
-    QTest::newRow("denied") << false;
-}
-
-void tst_CaptureSession::startsOnlyWithPermission()
-{
-    QFETCH(bool, granted);
-    FakeAuthorization authorization(CaptureAuthorizationStatus::NotDetermined);
-    const auto camera = std::make_shared<FakeCamera>();
-    camera->needsPermission = true;
-    const auto session = sessionOn(camera);
-    session->startRunning();
-    session->startRunning();
-    QVERIFY(!camera->frames);
-    QCOMPARE(authorization.requests.size(), std::size_t(1));
-    authorization.decide(granted);
-    QCOMPARE(bool(camera->frames), granted);
+    QTRY_VERIFY(m_camera->isDelivering());
+    queue.async([last = std::move(session)]() mutable { last.reset(); });
+    QTRY_VERIFY(!m_camera->isDelivering());
 }
 
 // The session and its queue go away on the main thread while blocks are still to run, and the main thread does not get
 // round to its events meanwhile.
 void tst_CaptureSession::nobodyHangsWhenTheMainThreadIsBusy()
 {
-    const auto camera = std::make_shared<FakeCamera>();
     {
-        auto session = sessionOn(camera);
+        auto session = sessionOn(m_camera);
         DispatchQueue queue(QStringLiteral("session queue"), DispatchQueue::Kind::Serial);
         for (int i = 0; i < 100; ++i) {
             queue.async([session] { session->startRunning(); });
@@ -235,32 +180,20 @@ void tst_CaptureSession::nobodyHangsWhenTheMainThreadIsBusy()
         queue.async([session] { session->startRunning(); });
         session.reset();
     }
-    QTRY_VERIFY(camera.use_count() == 1);
-    QVERIFY(!camera->frames);
-}
-
-void tst_CaptureSession::endsOnAnyThread()
-{
-    const auto camera = std::make_shared<FakeCamera>();
-    auto session = sessionOn(camera);
-    session->startRunning();
-    QVERIFY(camera->frames);
-    DispatchQueue queue(QStringLiteral("session queue"), DispatchQueue::Kind::Serial);
-    queue.async([last = std::move(session)]() mutable { last.reset(); });
-    QTRY_VERIFY(!camera->frames);
+    QTRY_VERIFY(m_camera.use_count() == 1);
+    QVERIFY(!m_camera->isDelivering());
 }
 
 void tst_CaptureSession::aDeviceServesTheLastSession()
 {
-    const auto camera = std::make_shared<FakeCamera>();
-    auto first = sessionOn(camera);
-    const auto second = sessionOn(camera);
+    auto first = sessionOn(m_camera);
+    const auto second = sessionOn(m_camera);
     first->startRunning();
     second->startRunning();
     first.reset();
-    QVERIFY(camera->frames);
+    QVERIFY(m_camera->isDelivering());
     second->stopRunning();
-    QVERIFY(!camera->frames);
+    QVERIFY(!m_camera->isDelivering());
 }
 
 QTEST_GUILESS_MAIN(tst_CaptureSession)

@@ -163,6 +163,9 @@ void TestReachabilityNetwork::changeIsNoticed_data()
     const QList<quint32> lost{0};
     QTest::newRow("route added") << QByteArray("true") << route << QByteArray("true")
                                  << QList<quint32>{Flag::Reachable};
+    QTest::newRow("IPv6 route added") << QByteArray("ip address add fd00:9::2/64 dev cable0 nodad")
+                                      << QByteArray("ip route add default via fd00:9::1") << QByteArray("true")
+                                      << QList<quint32>{Flag::Reachable};
     QTest::newRow("route removed") << route << QByteArray("ip route delete default") << QByteArray("true") << lost;
     QTest::newRow("address removed") << route << QByteArray("ip address delete 10.9.0.2/24 dev cable0")
                                      << QByteArray("true") << lost;
@@ -233,6 +236,8 @@ void TestReachabilityNetwork::addressFlags_data()
     QTest::newRow("no route") << "192.0.2.1" << 0u;
     QTest::newRow("loopback, IPv6") << "::1" << (Flag::Reachable | Flag::IsLocalAddress | Flag::IsDirect);
     QTest::newRow("no route, IPv6") << "2001:db8::1" << 0u;
+    QTest::newRow("refused by a rule") << "10.5.0.1" << 0u;
+    QTest::newRow("thrown away by a rule") << "10.4.0.1" << 0u;
 }
 
 void TestReachabilityNetwork::addressFlags()
@@ -240,8 +245,10 @@ void TestReachabilityNetwork::addressFlags()
     QFETCH(QString, address);
     QFETCH(quint32, flags);
     QVERIFY(onDevice("ip route add 10.7.0.0/16 via 10.9.0.1"));
+    QVERIFY(onDevice("ip route add prohibit 10.5.0.0/16 && ip route add blackhole 10.4.0.0/16"));
     const auto target = Platform::ReachabilityTarget::withAddress(QHostAddress(address));
     QTRY_COMPARE(target->flags(), std::optional(flags));
+    QVERIFY(onDevice("ip route delete 10.5.0.0/16 && ip route delete 10.4.0.0/16"));
 }
 
 void TestReachabilityNetwork::hostName()

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
+#include <QThreadPool>
 
 using namespace std::chrono_literals;
 
@@ -35,7 +36,8 @@ CameraScreen::CameraScreen(const QSize &size)
 {
     network();
     Platform::View::setAnimationsEnabled(false);
-    camera->jpeg = TestImages::jpeg(TestImages::quarters({300, 400}));
+    camera->scene = TestImages::quarters({600, 800});
+    camera->jpeg = photo();
     Platform::CaptureDevice::registerDevice(camera);
     prepareAnswer(matches({}));
 }
@@ -113,10 +115,42 @@ bool CameraScreen::advanceUntil(const std::function<bool()> &condition)
         10000);
 }
 
+QByteArray CameraScreen::photo()
+{
+    return TestImages::jpeg(TestImages::quarters({300, 400}));
+}
+
+bool CameraScreen::tapShutter()
+{
+    if (!QTest::qWaitFor([this] { return camera->isDelivering(); }))
+        return false;
+    camera->jpeg.clear();
+    tap(QStringLiteral("captureButton"));
+    return QTest::qWaitFor([this] { return bool(camera->photo); });
+}
+
+void CameraScreen::deliver(const QByteArray &jpeg)
+{
+    std::shared_ptr<Platform::CaptureSampleBuffer> buffer;
+    if (!jpeg.isEmpty())
+        buffer = std::make_shared<Platform::CaptureSampleBuffer>(Platform::CaptureSampleBuffer{jpeg, {}});
+    const std::weak_ptr lookedAt = buffer;
+    std::exchange(camera->photo, {})(std::exchange(buffer, nullptr), QStringLiteral("no light"));
+    std::atomic_bool isSettled = false;
+    if (!QTest::qWaitFor([&] { return lookedAt.expired(); }))
+        qFatal("The photo was not looked at");
+    QCoreApplication::processEvents();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    screen->sessionQueue()->async([&] { isSettled = true; });
+    if (!QTest::qWaitFor([&] { return isSettled.load(); }))
+        qFatal("The capture session hangs");
+}
+
 bool CameraScreen::shoot()
 {
     const int before = server.requestCount();
-    if (!QTest::qWaitFor([this] { return camera->isDelivering; }))
+    if (!QTest::qWaitFor([this] { return camera->isDelivering(); }))
         return false;
     tap(QStringLiteral("captureButton"));
     return advanceUntil([this] { return screen->isRequestOnProcess(); })

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "PhoneCamera.h"
 #include "ScreenWindow.h"
+#include "support/FakeCamera.h"
 #include "support/FakeReachability.h"
 #include "support/ManualClock.h"
 #include "support/RawServer.h"
@@ -68,6 +68,12 @@ public:
 
     // Moves the time forward by little steps until the condition holds; false when it does not come to that.
     bool advanceUntil(const std::function<bool()> &condition);
+    // A photo as the camera takes it.
+    static QByteArray photo();
+    // Taps the shutter once the camera is live and waits until the camera has been asked for a photo.
+    bool tapShutter();
+    // Hands that photo over, none for empty bytes, and waits until the screen has dealt with it.
+    void deliver(const QByteArray &jpeg);
     // Taps the shutter once the camera is live and waits until the upload has started, at the present time of the
     // clock.
     bool shoot();
@@ -79,7 +85,7 @@ public:
 
     ScreenClock &clock = ScreenClock::instance();
     RawServer server;
-    std::shared_ptr<PhoneCamera> camera = std::make_shared<PhoneCamera>();
+    std::shared_ptr<FakeCamera> camera = std::make_shared<FakeCamera>();
     ScreenWindow window;
     QPointer<Platform::NavigationController> navigation;
     QPointer<BrevantoCameraVC> screen;

@@ -10,6 +10,7 @@
 #include "Platform/Interface/Window.h"
 #include "support/TestImages.h"
 
+#include <QFontMetricsF>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
@@ -62,29 +63,21 @@ private Q_SLOTS:
     void initTestCase();
 
     void preparesTheCamera();
-    void checksThePermission_data();
-    void checksThePermission();
-    void leavesFromPermissionAlert_data();
-    void leavesFromPermissionAlert();
-    void startsOnceTheUserAgrees();
-    void saysSoWhenTheUserDeclines();
+    void asksForPermission_data();
+    void asksForPermission();
     void livesWithoutCamera();
+    void switchesTheFlash_data();
     void switchesTheFlash();
-    void switchesNoFlash_data();
-    void switchesNoFlash();
     void pinches_data();
     void pinches();
     void pinchesWithTwoFingers();
     void showsTheGuide();
-    void guideFollowsTheWindow();
     void laysOutControls_data();
     void laysOutControls();
-    void staysClearOfTheBanner();
-    void appearsAgainWithoutStartingAgain();
-    void resumesThePreviewOnReturn();
+    void showsTheBannerOffline();
+    void comesBackToThePreview_data();
+    void comesBackToThePreview();
     void worksByKeyboard();
-    void closesAndReleasesTheCamera_data();
-    void closesAndReleasesTheCamera();
     void splash_data();
     void splash();
 };
@@ -98,10 +91,10 @@ void tst_BrevantoCameraVC::preparesTheCamera()
 {
     CameraScreen camera;
     camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
+    QTRY_VERIFY(camera.camera->isDelivering());
     QCOMPARE(camera.camera->mode, Platform::CaptureFlashMode::Off);
     QCOMPARE(camera.camera->focus, Platform::CaptureFocusMode::ContinuousAutoFocus);
-    QCOMPARE(camera.screen->captureSession()->sessionPreset(), Platform::CaptureSessionPreset::Photo);
+    QCOMPARE(camera.camera->preset, Platform::CaptureSessionPreset::Photo);
     QCOMPARE(kScreenWidth, 390.0);
     QCOMPARE(kScreenHeight, 844.0);
     QVERIFY(Platform::Application::isStatusBarHidden());
@@ -110,93 +103,62 @@ void tst_BrevantoCameraVC::preparesTheCamera()
     QVERIFY(!camera.item(QStringLiteral("spinnerView"))->isVisible());
 }
 
-void tst_BrevantoCameraVC::checksThePermission_data()
+void tst_BrevantoCameraVC::asksForPermission_data()
 {
     QTest::addColumn<CaptureAuthorizationStatus>("status");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QStringList>("buttons");
-    QTest::newRow("open") << CaptureAuthorizationStatus::NotDetermined << QString() << QString() << QStringList();
-    QTest::newRow("granted") << CaptureAuthorizationStatus::Authorized << QString() << QString() << QStringList();
-    QTest::newRow("restricted") << CaptureAuthorizationStatus::Restricted << QStringLiteral("Zovra")
-                                << QStringLiteral("Access for Camera is restricted")
-                                << QStringList{QStringLiteral("Ok/0")};
-    QTest::newRow("denied") << CaptureAuthorizationStatus::Denied << QStringLiteral("Camera Disabled")
-                            << QStringLiteral("Enable in Settings")
-                            << QStringList{QStringLiteral("Cancel/1"), QStringLiteral("Settings/0")};
+    QTest::addColumn<bool>("granted"); // the user's answer where the permission is open
+    QTest::addColumn<QString>("alert"); // title, message and buttons with their styles
+    QTest::addColumn<QString>("button"); // to leave by
+    using Status = CaptureAuthorizationStatus;
+    const QString restricted = QStringLiteral("Zovra|Access for Camera is restricted|Ok/0");
+    const QString denied = QStringLiteral("Camera Disabled|Enable in Settings|Cancel/1|Settings/0");
+    QTest::newRow("granted") << Status::Authorized << true << QString() << QString();
+    QTest::newRow("user agrees") << Status::NotDetermined << true << QString() << QString();
+    QTest::newRow("user declines") << Status::NotDetermined << false << denied << QStringLiteral("Cancel");
+    QTest::newRow("restricted") << Status::Restricted << false << restricted << QStringLiteral("Ok");
+    QTest::newRow("denied") << Status::Denied << false << denied << QStringLiteral("Cancel");
+    QTest::newRow("settings") << Status::Denied << false << denied << QStringLiteral("Settings");
 }
 
-void tst_BrevantoCameraVC::checksThePermission()
+void tst_BrevantoCameraVC::asksForPermission()
 {
     QFETCH(CaptureAuthorizationStatus, status);
-    QFETCH(QStringList, buttons);
-    Permission permission(status);
-    CameraScreen camera;
-    camera.open();
-    QTRY_COMPARE(camera.alert() != nullptr, !buttons.isEmpty());
-    QCOMPARE(camera.item(QStringLiteral("captureButton"))->isEnabled(), buttons.isEmpty());
-    QCOMPARE(camera.item(QStringLiteral("flashButton"))->isEnabled(), buttons.isEmpty());
-    if (buttons.isEmpty())
-        return;
-    QTEST(camera.alert()->title(), "title");
-    QTEST(camera.alert()->message(), "message");
-    QStringList shown;
-    for (const Platform::AlertAction &action : camera.alert()->actions())
-        shown += QStringLiteral("%1/%2").arg(action.title, QString::number(int(action.style)));
-    QCOMPARE(shown, buttons);
-    camera.window.grab(QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
-}
-
-void tst_BrevantoCameraVC::leavesFromPermissionAlert_data()
-{
-    QTest::addColumn<CaptureAuthorizationStatus>("status");
-    QTest::addColumn<QString>("button");
-    QTest::newRow("restricted") << CaptureAuthorizationStatus::Restricted << QStringLiteral("Ok");
-    QTest::newRow("denied") << CaptureAuthorizationStatus::Denied << QStringLiteral("Cancel");
-    QTest::newRow("settings") << CaptureAuthorizationStatus::Denied << QStringLiteral("Settings");
-}
-
-void tst_BrevantoCameraVC::leavesFromPermissionAlert()
-{
-    QFETCH(CaptureAuthorizationStatus, status);
+    QFETCH(bool, granted);
+    QFETCH(QString, alert);
     QFETCH(QString, button);
-    Permission permission(status);
+    FakePermission permission(status);
     Opener system;
     CameraScreen camera;
+    camera.camera->needsPermission = true;
     camera.open();
-    QTRY_VERIFY(camera.alert());
+    if (status == CaptureAuthorizationStatus::NotDetermined) {
+        QTRY_COMPARE(permission.questions.size(), std::size_t(1));
+        // Nobody has refused anything yet.
+        camera.tap(QStringLiteral("captureButton"));
+        QTest::qWait(0);
+        QVERIFY(!camera.alert() && !camera.camera->isOpen);
+        QVERIFY(camera.item(QStringLiteral("captureButton"))->isEnabled());
+        permission.answer(granted);
+    }
+    QTRY_COMPARE(camera.alert() != nullptr, !granted);
+    QCOMPARE(camera.item(QStringLiteral("captureButton"))->isEnabled(), granted);
+    QCOMPARE(camera.item(QStringLiteral("flashButton"))->isEnabled(), granted);
+    if (granted) {
+        QTRY_VERIFY(camera.camera->isDelivering());
+        QCOMPARE(camera.camera->mode, Platform::CaptureFlashMode::Off);
+        QVERIFY(camera.shoot());
+        return;
+    }
+    QCOMPARE(camera.camera->startCount, 0);
+    QStringList shown{camera.alert()->title(), camera.alert()->message()};
+    for (const Platform::AlertAction &action : camera.alert()->actions())
+        shown += QStringLiteral("%1/%2").arg(action.title, QString::number(int(action.style)));
+    QCOMPARE(shown.join(QLatin1Char('|')), alert);
+    camera.window.grab(QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
     QVERIFY(camera.choose(button));
     QTRY_VERIFY(!camera.navigation && !camera.screen);
     QVERIFY(!Platform::Window::of(camera.window.window())->rootViewController()->presentedViewController());
     QCOMPARE(system.opened.size(), button == QStringLiteral("Settings") ? 1 : 0);
-}
-
-void tst_BrevantoCameraVC::startsOnceTheUserAgrees()
-{
-    Permission permission(CaptureAuthorizationStatus::NotDetermined);
-    CameraScreen camera;
-    camera.camera->needsPermission = true;
-    camera.open();
-    QCOMPARE(permission.questions, 1);
-    QVERIFY(!camera.screen->captureSession());
-    QVERIFY(camera.item(QStringLiteral("captureButton"))->isEnabled());
-
-    permission.answer(true);
-    QTRY_VERIFY(camera.camera->isDelivering);
-    QVERIFY(!camera.alert());
-    QVERIFY(camera.shoot());
-}
-
-void tst_BrevantoCameraVC::saysSoWhenTheUserDeclines()
-{
-    Permission permission(CaptureAuthorizationStatus::NotDetermined);
-    CameraScreen camera;
-    camera.camera->needsPermission = true;
-    camera.open();
-    permission.answer(false);
-    QTRY_COMPARE(camera.alertTitle(), QStringLiteral("Camera Disabled"));
-    QVERIFY(!camera.item(QStringLiteral("captureButton"))->isEnabled());
-    QCOMPARE(camera.camera->startCount, 0);
 }
 
 void tst_BrevantoCameraVC::livesWithoutCamera()
@@ -217,45 +179,37 @@ void tst_BrevantoCameraVC::livesWithoutCamera()
     QVERIFY(camera.isOpen());
 }
 
-void tst_BrevantoCameraVC::switchesTheFlash()
-{
-    CameraScreen camera;
-    camera.open();
-    const QQuickItem *button = camera.item(QStringLiteral("flashButton"));
-    for (const bool isOn : {true, false, true}) {
-        camera.tap(QStringLiteral("flashButton"));
-        QTRY_COMPARE(camera.camera->isFlashActive(), isOn);
-        QCOMPARE(button->property("selected").toBool(), isOn);
-        QVERIFY(camera.camera->mode != Platform::CaptureFlashMode::Auto);
-    }
-    camera.screen->updateFlashButtonVisibility();
-    QVERIFY(button->isVisible());
-    camera.camera->flash = false;
-    camera.screen->updateFlashButtonVisibility();
-    QVERIFY(!button->isVisible());
-}
-
-void tst_BrevantoCameraVC::switchesNoFlash_data()
+void tst_BrevantoCameraVC::switchesTheFlash_data()
 {
     QTest::addColumn<bool>("hasFlash");
-    QTest::addColumn<bool>("selected");
-    QTest::newRow("no flash") << false << false;
-    QTest::newRow("refused") << true << true;
+    QTest::addColumn<bool>("refuses");
+    QTest::addColumn<QString>("course"); // per tap: the button selected, the flash on
+    QTest::newRow("on and off") << true << false << "sf -- sf";
+    QTest::newRow("no flash") << false << false << "-- -- --";
+    QTest::newRow("refused") << true << true << "s- s- s-";
 }
 
-void tst_BrevantoCameraVC::switchesNoFlash()
+void tst_BrevantoCameraVC::switchesTheFlash()
 {
     QFETCH(bool, hasFlash);
+    QFETCH(bool, refuses);
     CameraScreen camera;
     camera.camera->flash = hasFlash;
-    camera.camera->refusesConfiguration = true;
+    camera.camera->refusesConfiguration = refuses;
     camera.open();
-    QSignalSpy clicks(camera.item(QStringLiteral("flashButton")), SIGNAL(clicked()));
-    camera.tap(QStringLiteral("flashButton"));
-    QTRY_COMPARE(clicks.count(), 1);
-    QTEST(camera.item(QStringLiteral("flashButton"))->property("selected").toBool(), "selected");
-    QCOMPARE(camera.camera->mode, Platform::CaptureFlashMode::Auto);
-    QVERIFY(camera.item(QStringLiteral("flashButton"))->isVisible());
+    const QQuickItem *button = camera.item(QStringLiteral("flashButton"));
+    QSignalSpy clicks(button, SIGNAL(clicked()));
+    QStringList course;
+    for (int taps = 1; taps <= 3; ++taps) {
+        camera.tap(QStringLiteral("flashButton"));
+        QTRY_COMPARE(clicks.count(), taps);
+        course += QString(QLatin1Char(button->property("selected").toBool() ? 's' : '-'))
+            + QLatin1Char(camera.camera->isFlashActive() ? 'f' : '-');
+    }
+    QTEST(course.join(QLatin1Char(' ')), "course");
+    QVERIFY(button->isVisible());
+    camera.screen->updateFlashButtonVisibility();
+    QCOMPARE(button->isVisible(), hasFlash);
 }
 
 void tst_BrevantoCameraVC::pinches_data()
@@ -329,25 +283,19 @@ void tst_BrevantoCameraVC::showsTheGuide()
     QVERIFY2(share > 0.55 && share < 0.8, qPrintable(QString::number(share)));
     QVERIFY(camera.item(QStringLiteral("infoButton"))->property("selected").toBool());
     camera.window.grab(QStringLiteral("camera-guide"));
-    camera.tap(QStringLiteral("infoButton"));
-    QTRY_COMPARE(guidePixels(camera), 0);
-}
 
-void tst_BrevantoCameraVC::guideFollowsTheWindow()
-{
-    CameraScreen camera;
-    camera.open();
-    camera.tap(QStringLiteral("infoButton"));
     const QQuickItem *dashed = camera.item(QStringLiteral("dashedView"));
     const auto *guide = dashed->findChild<Platform::ShapeLayer *>();
     const QSizeF portrait = guide->bounds().size();
     camera.window.window()->resize(844, 390);
     QTRY_VERIFY(guide->bounds().size() != portrait);
     QTRY_COMPARE(guide->bounds().size(), dashed->size());
-    QCOMPARE(dashed->childItems(), QList<QQuickItem *>{const_cast<Platform::ShapeLayer *>(guide)});
+    QCOMPARE(dashed->childItems().size(), 1);
     const QQuickItem *preview = camera.item(QStringLiteral("previewView"));
     QTRY_COMPARE(preview->childItems().constFirst()->size(), preview->size());
     QVERIFY(guidePixels(camera) > 0);
+    camera.tap(QStringLiteral("infoButton"));
+    QTRY_COMPARE(guidePixels(camera), 0);
 }
 
 void tst_BrevantoCameraVC::laysOutControls_data()
@@ -384,7 +332,7 @@ void tst_BrevantoCameraVC::laysOutControls()
     }
 }
 
-void tst_BrevantoCameraVC::staysClearOfTheBanner()
+void tst_BrevantoCameraVC::showsTheBannerOffline()
 {
     CameraScreen camera;
     camera.open();
@@ -394,37 +342,48 @@ void tst_BrevantoCameraVC::staysClearOfTheBanner()
     QTRY_VERIFY(camera.window.grab().pixelColor(100, 300) == Qt::red);
     for (const QString &control : controls)
         QVERIFY2(!inWindow(camera.item(control)).intersects(inWindow(banner)), qPrintable(control));
-    camera.window.grab(QStringLiteral("camera-offline"));
+    // White text of that size in the middle of a grey strip.
+    const QImage strip = camera.window.grab(QStringLiteral("camera-offline")).copy(0, 0, 390, 30);
+    QCOMPARE(strip.pixelColor(2, 15), QColor(170, 170, 170));
+    QRect text;
+    for (int x = 0; x < strip.width(); ++x) {
+        for (int y = 0; y < strip.height(); ++y) {
+            if (strip.pixelColor(x, y) == Qt::white)
+                text |= QRect(x, y, 1, 1);
+        }
+    }
+    const Platform::Label *label = BrevantoReachabilityManager::instance()->noNetworkLabel();
+    const QFontMetricsF metrics(label->font());
+    QCOMPARE(label->font().pixelSize(), 16);
+    QVERIFY(qAbs(text.width() - metrics.tightBoundingRect(label->text()).width()) < 6);
+    QVERIFY(qAbs(text.center().x() - 195) < 5);
     CameraScreen::network().setOnline();
     QTRY_VERIFY(!banner->superview());
 }
 
-void tst_BrevantoCameraVC::appearsAgainWithoutStartingAgain()
+void tst_BrevantoCameraVC::comesBackToThePreview_data()
 {
-    CameraScreen camera;
-    camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
-    camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
-    QTRY_VERIFY(!camera.screen->isVisible());
-    camera.navigation->popViewController(false);
-    QTRY_VERIFY(camera.screen->isVisible());
-    QVERIFY(camera.navigation->isNavigationBarHidden());
-    QTest::qWait(0);
-    QCOMPARE(camera.camera->startCount, 1);
-    QVERIFY(camera.camera->isDelivering);
+    QTest::addColumn<bool>("stopped");
+    QTest::newRow("running") << false;
+    QTest::newRow("stopped by a photo") << true;
 }
 
-void tst_BrevantoCameraVC::resumesThePreviewOnReturn()
+void tst_BrevantoCameraVC::comesBackToThePreview()
 {
+    QFETCH(bool, stopped);
     CameraScreen camera;
     camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
-    camera.screen->captureSession()->stopRunning();
+    QTRY_VERIFY(camera.camera->isDelivering());
+    if (stopped)
+        camera.screen->captureSession()->stopRunning();
     camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
     QTRY_VERIFY(!camera.screen->isVisible());
-    QVERIFY(!camera.camera->isDelivering);
+    QCOMPARE(camera.camera->isDelivering(), !stopped);
     camera.navigation->popViewController(false);
-    QTRY_VERIFY(camera.camera->isDelivering);
+    QTRY_VERIFY(camera.screen->isVisible() && camera.camera->isDelivering());
+    QVERIFY(camera.navigation->isNavigationBarHidden());
+    QTest::qWait(0);
+    QCOMPARE(camera.camera->startCount, stopped ? 2 : 1);
 }
 
 void tst_BrevantoCameraVC::worksByKeyboard()
@@ -451,30 +410,6 @@ void tst_BrevantoCameraVC::worksByKeyboard()
     QTRY_VERIFY(!camera.screen);
 }
 
-void tst_BrevantoCameraVC::closesAndReleasesTheCamera_data()
-{
-    QTest::addColumn<bool>("photoUnderWay");
-    QTest::newRow("live") << false;
-    QTest::newRow("photo under way") << true;
-}
-
-void tst_BrevantoCameraVC::closesAndReleasesTheCamera()
-{
-    QFETCH(bool, photoUnderWay);
-    CameraScreen camera;
-    camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
-    if (photoUnderWay) {
-        camera.camera->answers = false;
-        camera.tap(QStringLiteral("captureButton"));
-        QTRY_VERIFY(camera.camera->pending);
-    }
-    camera.tap(QStringLiteral("closeButton"));
-    QTRY_VERIFY(!camera.screen && !camera.navigation);
-    QTRY_VERIFY(!camera.camera->isDelivering);
-    QVERIFY(!Platform::Window::of(camera.window.window())->rootViewController()->presentedViewController());
-}
-
 void tst_BrevantoCameraVC::splash_data()
 {
     QTest::addColumn<bool>("loadedBefore");
@@ -496,7 +431,7 @@ void tst_BrevantoCameraVC::splash()
     QVERIFY(BrevantoUtils::isAppLoadedOnce());
     // The mark stands on the right end of the centred wordmark.
     QCOMPARE(inWindow(mark), QRectF((390 - 175) / 2.0 + 175 - 48, (844 - 24) / 2.0, 24, 24));
-    const auto *logo = camera.navigation->view()->findChild<Platform::ImageView *>();
+    const auto *logo = mark->parentItem()->findChild<Platform::ImageView *>();
     QTRY_VERIFY(logo && logo->isShowingImage());
     camera.window.grab(QStringLiteral("camera-splash"));
 

@@ -49,7 +49,6 @@ private Q_SLOTS:
     void uploadsASmallGreyPhoto_data();
     void uploadsASmallGreyPhoto();
     void goesFromTheShutterToTheAd();
-    void showsTheFirstOfSeveralGroups();
     void tellsThatNothingMatched_data();
     void tellsThatNothingMatched();
     void staysLiveWithoutPhoto_data();
@@ -60,15 +59,13 @@ private Q_SLOTS:
     void ignoresTheAnswerOfAnAbandonedRequest_data();
     void ignoresTheAnswerOfAnAbandonedRequest();
     void failsWithoutAWord();
-    void resumesAfterASilentFailure();
     void oldTimerAsksForTheNextRequest();
     void leavesOtherScreensAlone();
     void drawsTheEyeToTheBannerOffline_data();
     void drawsTheEyeToTheBannerOffline();
     void closesAtAnyStage_data();
     void closesAtAnyStage();
-    void opensTheRecents();
-    void scalesImages();
+    void offersTheRest();
 
 private:
     // The ad screen on top of the stack; null when another screen is.
@@ -146,40 +143,29 @@ void tst_CameraCapture::uploadsASmallGreyPhoto()
 void tst_CameraCapture::goesFromTheShutterToTheAd()
 {
     CameraScreen camera;
-    camera.prepareAnswer(CameraScreen::matches({camera.server.url(QStringLiteral("/ad.jpg"))}));
+    camera.prepareAnswer(CameraScreen::matches(
+        {camera.server.url(QStringLiteral("/ad.jpg")), QStringLiteral("second"), QStringLiteral("third")}));
     camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
+    QTRY_VERIFY(camera.camera->isDelivering());
     QVERIFY(camera.shoot());
     QTRY_VERIFY(isSpinning(camera));
-    QTRY_VERIFY(!camera.camera->isDelivering);
+    QTRY_VERIFY(!camera.camera->isDelivering());
     const QImage shot = camera.window.grab();
     QTRY_VERIFY2(camera.window.grab(QStringLiteral("camera-uploading")) != shot, "The spinner stands");
 
     camera.server.resume();
     QTRY_VERIFY(ad(camera));
     QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), camera.server.url(QStringLiteral("/ad.jpg")));
+    QCOMPARE(camera.navigation->viewControllers().size(), std::size_t(2));
     QVERIFY(!camera.screen->isRequestOnProcess());
     QVERIFY(!isSpinning(camera));
-    QVERIFY(!camera.alert());
     camera.clock.advance(20s);
     QVERIFY(!camera.alert());
 
     QTRY_VERIFY(ad(camera)->isVisible());
     ad(camera)->navBarBackButtonAction();
-    QTRY_VERIFY(camera.camera->isDelivering);
+    QTRY_VERIFY(camera.camera->isDelivering());
     QTRY_VERIFY(isLive(camera));
-}
-
-void tst_CameraCapture::showsTheFirstOfSeveralGroups()
-{
-    CameraScreen camera;
-    camera.prepareAnswer(CameraScreen::matches({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
-    camera.open();
-    QVERIFY(camera.shoot());
-    camera.server.resume();
-    QTRY_VERIFY(ad(camera));
-    QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), QStringLiteral("a"));
-    QCOMPARE(camera.navigation->viewControllers().size(), std::size_t(2));
 }
 
 void tst_CameraCapture::tellsThatNothingMatched_data()
@@ -210,35 +196,24 @@ void tst_CameraCapture::tellsThatNothingMatched()
 
 void tst_CameraCapture::staysLiveWithoutPhoto_data()
 {
-    QTest::addColumn<bool>("damaged");
-    QTest::newRow("camera fails") << false;
-    QTest::newRow("photo is damaged") << true;
+    QTest::addColumn<QByteArray>("jpeg");
+    QTest::newRow("camera fails") << QByteArray();
+    QTest::newRow("photo is damaged") << QByteArray("no photo at all");
+    QTest::newRow("photo is a mere line") << TestImages::jpeg(TestImages::quarters({4000, 1}));
 }
 
 void tst_CameraCapture::staysLiveWithoutPhoto()
 {
-    QFETCH(bool, damaged);
+    QFETCH(QByteArray, jpeg);
     CameraScreen camera;
     camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
-    camera.camera->answers = false;
-    camera.tap(QStringLiteral("captureButton"));
-    QTRY_VERIFY(camera.camera->pending);
-    auto photo = std::make_shared<Platform::CaptureSampleBuffer>();
-    photo->jpeg = "no photo at all";
-    const std::weak_ptr<Platform::CaptureSampleBuffer> lookedAt = photo;
-    camera.camera->pending(damaged ? photo : nullptr, QStringLiteral("no light"));
-    camera.camera->pending = {};
-    photo.reset();
-    QTRY_VERIFY(lookedAt.expired());
+    QVERIFY(camera.tapShutter());
+    camera.deliver(jpeg);
     QTRY_VERIFY(isLive(camera));
     camera.clock.advance(1s);
     QVERIFY(isLive(camera));
     QVERIFY(!camera.alert());
-
-    camera.camera->answers = true;
-    camera.camera->jpeg = TestImages::jpeg(TestImages::quarters({300, 400}));
-    QTest::qWait(0);
+    camera.camera->jpeg = CameraScreen::photo();
     QVERIFY(camera.shoot());
 }
 
@@ -321,7 +296,11 @@ void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest()
     camera.open();
     QVERIFY(camera.shoot());
     waitOutTheTimeOut(camera);
+    auto *overlay = new Platform::View(QRectF(0, 0, 50, 50));
+    overlay->setTag(301);
+    camera.screen->view()->addSubview(overlay);
     QVERIFY(camera.choose(captureAgain));
+    QVERIFY(!camera.screen->view()->viewWithTag(301));
     QVERIFY(!camera.screen->isRequestOnProcess());
     QTRY_VERIFY(isLive(camera));
     camera.server.resume();
@@ -350,17 +329,6 @@ void tst_CameraCapture::failsWithoutAWord()
     camera.clock.advance(20s);
     QVERIFY(!camera.alert());
     QVERIFY(!camera.screen->captureSession()->isRunning());
-    QVERIFY(camera.item(QStringLiteral("closeButton"))->isEnabled());
-}
-
-void tst_CameraCapture::resumesAfterASilentFailure()
-{
-    CameraScreen camera;
-    camera.prepareAnswer(refusal());
-    camera.open();
-    QVERIFY(camera.shoot());
-    camera.server.resume();
-    QTRY_VERIFY(!camera.screen->isRequestOnProcess());
     camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
     QTRY_VERIFY(!camera.screen->isVisible());
     camera.navigation->popViewController(false);
@@ -412,16 +380,11 @@ void tst_CameraCapture::drawsTheEyeToTheBannerOffline()
     QFETCH(bool, presenting);
     CameraScreen camera;
     camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
     CameraScreen::network().setOffline();
-    camera.camera->answers = false;
-    camera.tap(QStringLiteral("captureButton"));
-    QTRY_VERIFY(camera.camera->pending);
+    QVERIFY(camera.tapShutter());
     if (presenting)
         camera.screen->present(std::make_unique<Platform::AlertController>(QStringLiteral("Other"), QString()), false);
-    auto photo = std::make_shared<Platform::CaptureSampleBuffer>();
-    photo->jpeg = camera.camera->jpeg;
-    camera.camera->pending(photo, {});
+    camera.deliver(CameraScreen::photo());
     Platform::View::setAnimationsEnabled(true);
     const Platform::Label *label = BrevantoReachabilityManager::instance()->noNetworkLabel();
     QVERIFY(camera.advanceUntil([label] { return label->transformScale() > 1.0; }));
@@ -446,6 +409,7 @@ void tst_CameraCapture::drawsTheEyeToTheBannerOffline()
 void tst_CameraCapture::closesAtAnyStage_data()
 {
     QTest::addColumn<QString>("stage");
+    QTest::newRow("live") << QStringLiteral("live");
     QTest::newRow("photo under way") << QStringLiteral("photo");
     QTest::newRow("before the upload") << QStringLiteral("prepared");
     QTest::newRow("uploading") << QStringLiteral("uploading");
@@ -459,16 +423,14 @@ void tst_CameraCapture::closesAtAnyStage()
     CameraScreen camera;
     camera.prepareAnswer(CameraScreen::matches({QStringLiteral("a")}));
     camera.open();
-    QTRY_VERIFY(camera.camera->isDelivering);
-    if (stage == QStringLiteral("photo") || stage == QStringLiteral("prepared")) {
-        camera.camera->answers = stage != QStringLiteral("photo");
-        camera.tap(QStringLiteral("captureButton"));
-        if (stage == QStringLiteral("prepared"))
-            QTRY_VERIFY(!camera.camera->isDelivering);
-        else
-            QTRY_VERIFY(camera.camera->pending);
-    } else {
+    QTRY_VERIFY(camera.camera->isDelivering());
+    if (stage == QStringLiteral("photo") || stage == QStringLiteral("prepared"))
+        QVERIFY(camera.tapShutter());
+    else if (stage != QStringLiteral("live"))
         QVERIFY(camera.shoot());
+    if (stage == QStringLiteral("prepared")) {
+        camera.deliver(CameraScreen::photo());
+        QTRY_VERIFY(!camera.camera->isDelivering());
     }
     if (stage == QStringLiteral("dialog"))
         waitOutTheTimeOut(camera);
@@ -476,35 +438,32 @@ void tst_CameraCapture::closesAtAnyStage()
         camera.server.resume();
 
     Platform::ViewController *host = Platform::Window::of(camera.window.window())->rootViewController();
-    host->dismiss(true);
+    if (stage == QStringLiteral("live"))
+        camera.tap(QStringLiteral("closeButton"));
+    else
+        host->dismiss(true);
     QTRY_VERIFY(!camera.screen && !camera.navigation);
-    if (camera.camera->pending)
-        camera.camera->pending(nullptr, {});
+    if (camera.camera->photo)
+        camera.camera->photo(nullptr, {});
     camera.server.resume();
     QTest::qWait(50);
     camera.clock.advance(30s);
     QVERIFY(!host->presentedViewController());
-    QTRY_VERIFY(!camera.camera->isDelivering);
+    QTRY_VERIFY(!camera.camera->isDelivering());
     QVERIFY(!QDir(BrevantoRecentsFileManager::getPathForRecentsInDocsFolder()).exists(QStringLiteral("Recents")));
 }
 
-void tst_CameraCapture::opensTheRecents()
+void tst_CameraCapture::offersTheRest()
 {
     CameraScreen camera;
     camera.open();
-    camera.tap(QStringLiteral("recentsButton"));
-    QTRY_VERIFY(qobject_cast<BrevantoRecentProductsVC *>(camera.navigation->topViewController()));
-}
-
-void tst_CameraCapture::scalesImages()
-{
-    CameraScreen camera;
-    camera.open();
-    const Platform::Image image(TestImages::quarters({40, 20}));
-    const Platform::Image scaled = camera.screen->imageWithImage(image, {30, 30});
+    const Platform::Image scaled =
+        camera.screen->imageWithImage(Platform::Image(TestImages::quarters({40, 20})), {30, 30});
     QCOMPARE(scaled.size(), QSizeF(30, 30));
     QCOMPARE(scaled.scale(), camera.window.window()->effectiveDevicePixelRatio());
     QCOMPARE(TestImages::seenIn(scaled.upright()), QStringLiteral("rgbw"));
+    camera.tap(QStringLiteral("recentsButton"));
+    QTRY_VERIFY(qobject_cast<BrevantoRecentProductsVC *>(camera.navigation->topViewController()));
 }
 
 Q_DECLARE_METATYPE(RawServer::Answer)
