@@ -1,20 +1,16 @@
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 
 #include "Brevanto/ServerManager/ServerResponses.h"
-#include "Brevanto/ServerManager/ServiceAddress.h"
 #include "Platform/Foundation/DispatchQueue.h"
 
 #include <QCoreApplication>
 #include <QMutexLocker>
-#include <QThreadPool>
 
 #include <cstdlib>
 #include <utility>
 
 namespace
 {
-
-constexpr std::chrono::seconds requestTimeout{10};
 
 // A reference that threads share.
 template <typename Object>
@@ -52,51 +48,15 @@ SharedReference<Platform::DispatchQueue> &workQueue()
     return reference;
 }
 
-// The session's threads must end before the statics of Qt go. Whichever comes first calls this: the end of the
-// application object or, where the host leaves through exit(), the end of the process.
+// The session's threads must end before the statics of Qt go, whoever holds on to the manager or the session. Whichever
+// comes first calls this: the end of the application object or, where the host leaves through exit(), the end of the
+// process.
 void endSharedManager()
 {
+    const auto manager = sharedManager().get();
+    if (const auto session = manager ? manager->currentSession() : nullptr)
+        session->invalidate();
     sharedManager().set(nullptr);
-}
-
-// A queue waits for its blocks when it goes. The last to let go of it may be one of them, which would wait for itself.
-void retire(Platform::DispatchQueue *queue)
-{
-    if (Platform::DispatchQueue::currentLabel() == queue->label())
-        QThreadPool::globalInstance()->start([queue] { delete queue; });
-    else
-        delete queue;
-}
-
-std::shared_ptr<Platform::DispatchQueue> makeWorkQueue()
-{
-    return {
-        new Platform::DispatchQueue(QStringLiteral("ServerManagerQueue"), Platform::DispatchQueue::Kind::Concurrent),
-        retire};
-}
-
-QString withPathComponent(QString base, QString component)
-{
-    const QLatin1Char slash('/');
-    while (base.endsWith(slash))
-        base.chop(1);
-    while (component.startsWith(slash))
-        component.remove(0, 1);
-    return base + slash + component;
-}
-
-QString urlString(const QuillfernServerParamsObject &params)
-{
-    if (!params.partialURL().isNull())
-        return withPathComponent(ServiceAddress::baseURL(), params.partialURL());
-    return params.separateURL();
-}
-
-QUrl parsed(const QString &urlString)
-{
-    // Addresses come from the service's data, where blanks and letters outside ASCII happen. Such a picture is expected
-    // to load, so they are escaped instead of refused.
-    return QUrl(urlString, QUrl::TolerantMode);
 }
 
 } // namespace
@@ -124,7 +84,8 @@ std::shared_ptr<BrevantoServerManager> BrevantoServerManager::create()
 BrevantoServerManager::BrevantoServerManager(Key)
     : m_currentSession(std::make_shared<Platform::URLSession>(m_currentSessionConfiguration))
 {
-    workQueue().set(makeWorkQueue());
+    workQueue().set(Platform::DispatchQueue::makeShared(QStringLiteral("ServerManagerQueue"),
+                                                        Platform::DispatchQueue::Kind::Concurrent));
 }
 
 BrevantoServerManager::~BrevantoServerManager() = default;
@@ -192,41 +153,6 @@ void BrevantoServerManager::send(const ParamsObject &params)
                                   handleGetResponse(*manager, *params, data, error);
                           });
     }
-}
-
-Platform::URLRequest BrevantoServerManager::postRequest(const QuillfernServerParamsObject &params)
-{
-    Platform::URLRequest request;
-    request.url = parsed(urlString(params));
-    request.method = "POST";
-    request.timeout = requestTimeout;
-    const bool isMultipart = params.imageData() || params.fileData();
-    request.headers.insert("Content-Type",
-                           isMultipart ? QByteArray("multipart/form-data; boundary=") + multipartBoundary
-                                       : QByteArray("application/x-www-form-urlencoded"));
-    if (params.imageData()) {
-        request.body = getDataToSendFromParamsDict(params.paramsDict())
-            + getDataToSendForImageData(params.imageData(), QStringLiteral("image.jpg"), params);
-    } else if (params.fileData()) {
-        request.body = getDataToSendFromParamsDict(params.paramsDict())
-            + getDataToSendForFileData(params.fileData(), QStringLiteral("log.txt"));
-    } else {
-        request.body = getStringFromParamsDict(params.paramsDict()).toUtf8();
-    }
-    return request;
-}
-
-Platform::URLRequest BrevantoServerManager::getRequest(const QuillfernServerParamsObject &params)
-{
-    Platform::URLRequest request;
-    request.timeout = requestTimeout;
-    QString address = urlString(params);
-    // An empty dictionary makes no query here, although it has no form string.
-    const auto &query = params.paramsDict();
-    if (!address.isNull() && query && !query->isEmpty())
-        address += QLatin1Char('?') + getStringFromParamsDict(query);
-    request.url = parsed(address);
-    return request;
 }
 
 void BrevantoServerManager::deleteOldObjectAndSaveNew(const BrevantoServerResult &, const QuillfernServerParamsObject &)

@@ -95,8 +95,6 @@ private:
     static Platform::URLRequest postRequest(const QuillfernServerParamsObject &params);
     static Platform::URLRequest getRequest(const QuillfernServerParamsObject &params);
 
-    static constexpr auto multipartBoundary = "14737809831466499882746641449";
-
     mutable QMutex m_mutex;
     Platform::URLSession::Configuration m_currentSessionConfiguration;
     std::shared_ptr<Platform::URLSession> m_currentSession;

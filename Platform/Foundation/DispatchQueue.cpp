@@ -25,6 +25,13 @@ DispatchQueue::~DispatchQueue()
     m_pool.waitForDone();
 }
 
+std::shared_ptr<DispatchQueue> DispatchQueue::makeShared(const QString &label, Kind kind)
+{
+    // Its end waits for its blocks, and the last to let go of it may be one of them: somebody else ends it.
+    return {new DispatchQueue(label, kind),
+            [](DispatchQueue *queue) { QThreadPool::globalInstance()->start([queue] { delete queue; }); }};
+}
+
 void DispatchQueue::async(std::function<void()> block)
 {
     m_pool.start([label = m_label, block = std::move(block)] {

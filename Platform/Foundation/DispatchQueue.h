@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 #include <functional>
+#include <memory>
 
 namespace Platform
 {
@@ -18,6 +19,10 @@ public:
     DispatchQueue(const QString &label, Kind kind);
     // Waits for the blocks that are running or queued.
     ~DispatchQueue();
+
+    // A queue that several hold. The last of them may let go inside one of its blocks: what is running or queued still
+    // runs, and nobody waits for it.
+    static std::shared_ptr<DispatchQueue> makeShared(const QString &label, Kind kind);
 
     QString label() const { return m_label; }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Network/URLSessionTask.h"
 
+#include <QMutexLocker>
 #include <QNetworkAccessManager>
 #include <QThread>
 #include <QThreadPool>
@@ -25,8 +26,7 @@ public:
     {
         if (m_isClosed)
             return;
-        auto *task =
-            new URLSessionTask(request, std::move(completion), m_configuration.maximumBodySize, *m_network, this);
+        auto *task = new URLSessionTask(request, std::move(completion), m_configuration, *m_network, this);
         task->start();
     }
 
@@ -64,20 +64,35 @@ URLSession::URLSession(const Configuration &configuration)
 
 URLSession::~URLSession()
 {
-    const bool isInCompletion = QThread::currentThread() == m_thread.get();
+    invalidate();
+}
+
+void URLSession::invalidate()
+{
+    std::unique_ptr<QThread> thread;
+    {
+        const QMutexLocker lock(&m_mutex);
+        thread = std::move(m_thread);
+    }
+    if (!thread)
+        return;
+    const bool isInCompletion = QThread::currentThread() == thread.get();
     if (isInCompletion)
         m_worker->close();
-    m_thread->quit();
+    thread->quit();
     if (!isInCompletion) {
-        m_thread->wait();
+        thread->wait();
         return;
     }
     // The thread cannot wait for itself: somebody else does.
-    QThreadPool::globalInstance()->start([thread = std::shared_ptr<QThread>(std::move(m_thread))] { thread->wait(); });
+    QThreadPool::globalInstance()->start([thread = std::shared_ptr<QThread>(std::move(thread))] { thread->wait(); });
 }
 
 void URLSession::dataTask(const URLRequest &request, Completion completion)
 {
+    const QMutexLocker lock(&m_mutex);
+    if (!m_thread)
+        return;
     QMetaObject::invokeMethod(
         m_worker,
         [worker = m_worker, request, completion = std::move(completion)] { worker->start(request, completion); },

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
+
 #include <QByteArray>
 #include <QHash>
+#include <QMutex>
 #include <QString>
 #include <QUrl>
 
@@ -16,11 +19,17 @@ namespace Platform
 {
 
 struct URLRequest {
+    enum class Method { Get, Post };
+
     QUrl url;
-    QByteArray method; // empty means GET
+    Method method = Method::Get;
     QHash<QByteArray, QByteArray> headers;
-    QByteArray body;
+    QByteArray body; // of a POST
+    // How long the transfer may stand still: it starts anew with every piece of the body that goes out and of the
+    // answer that comes in.
     std::chrono::milliseconds timeout{60000};
+    // A longer body of the answer is cut off with TooLarge. The session's limit holds beside it.
+    std::optional<qint64> maximumBodySize;
 };
 
 // Why no response came. A response of any HTTP status is no error.
@@ -48,7 +57,10 @@ struct URLResponse {
 
 // Sends requests over http and https from a thread of its own. Follows redirects to these two, not from https to http.
 // Keeps no cookies, credentials or responses.
-class URLSession
+//
+// A body that falls short of the length announced is ConnectionLost. Bodies are asked for uncompressed, because a
+// compressed one has no length to tell. Where a server announces none, one that is cut off may pass for a whole one.
+class BREVANTO_EXPORT URLSession
 {
 public:
     // Exactly one of data and error is present; response comes with data. Runs on the session's thread, never before
@@ -56,22 +68,29 @@ public:
     using Completion = std::function<void(std::optional<QByteArray> data, std::optional<URLResponse> response,
                                           std::optional<URLError> error)>;
     struct Configuration {
-        // A longer body, counted after decompression, is cut off with TooLarge.
+        // A longer body is cut off with TooLarge. Little more than that is held in memory, however much is sent.
         qint64 maximumBodySize = 64 * 1024 * 1024;
+        // The longest that one request takes, redirects included, before it ends with TimedOut; so that an answer that
+        // only drips ends too.
+        std::chrono::milliseconds maximumDuration{60000};
     };
 
     explicit URLSession(const Configuration &configuration);
-    // Ends what is still running, without calling completions; waits for a completion that runs right now. May be
-    // called from a completion.
     ~URLSession();
 
-    // Starts the request. From any thread. Its time-out bounds the whole wait for the complete response.
+    // Ends what is still running, without calling completions, and then the thread; waits for a completion that runs
+    // right now, unless it is called from one. The session does nothing from then on. Its end does the same. From any
+    // thread.
+    void invalidate();
+
+    // Starts the request. From any thread.
     void dataTask(const URLRequest &request, Completion completion);
 
 private:
     Q_DISABLE_COPY_MOVE(URLSession)
     class Worker;
-    std::unique_ptr<QThread> m_thread;
+    QMutex m_mutex;
+    std::unique_ptr<QThread> m_thread; // null once invalidated
     Worker *m_worker; // lives on the thread and goes with it
 };
 

@@ -5,6 +5,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
 
+#include <algorithm>
 #include <utility>
 
 namespace Platform
@@ -14,6 +15,9 @@ namespace
 {
 
 constexpr int maximumRedirects = 16;
+// What the transport may hold of an answer that comes faster than it is taken. Without a limit Qt does not even tell of
+// an answer that comes without a pause before its end.
+constexpr qint64 readBufferSize = 1 << 20;
 
 std::optional<URLError> fault(const QUrl &url)
 {
@@ -32,12 +36,11 @@ QNetworkRequest networkRequest(const URLRequest &request)
     QNetworkRequest result(request.url);
     for (auto header = request.headers.cbegin(); header != request.headers.cend(); ++header)
         result.setRawHeader(header.key(), header.value());
+    result.setRawHeader("Accept-Encoding", "identity");
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // Qt takes a well compressed body for an attack; here the size alone counts.
-    result.setDecompressedSafetyCheckThreshold(-1);
     return result;
 }
 
@@ -105,12 +108,15 @@ URLResponse responseOf(const QNetworkReply &reply)
 
 } // namespace
 
-URLSessionTask::URLSessionTask(const URLRequest &request, URLSession::Completion completion, qint64 maximumBodySize,
-                               QNetworkAccessManager &network, QObject *parent)
+URLSessionTask::URLSessionTask(const URLRequest &request, URLSession::Completion completion,
+                               const URLSession::Configuration &configuration, QNetworkAccessManager &network,
+                               QObject *parent)
     : QObject(parent)
     , m_request(request)
     , m_completion(std::move(completion))
-    , m_maximumBodySize(maximumBodySize)
+    , m_maximumBodySize(
+          std::min(configuration.maximumBodySize, request.maximumBodySize.value_or(configuration.maximumBodySize)))
+    , m_maximumDuration(configuration.maximumDuration)
     , m_network(network)
 {
 }
@@ -121,10 +127,9 @@ void URLSessionTask::start()
         fail(*error);
         return;
     }
+    m_begin = m_lastProgress = Clock::current().now();
     send();
-    Clock::current().after(m_request.timeout, this, [this] {
-        fail({URLError::Code::TimedOut, QStringLiteral("The request timed out.")});
-    });
+    checkTime();
 }
 
 void URLSessionTask::cancel()
@@ -143,27 +148,45 @@ void URLSessionTask::cancel()
 void URLSessionTask::send()
 {
     const QNetworkRequest outgoing = networkRequest(m_request);
-    if (m_request.method.isEmpty() || m_request.method == "GET")
-        m_reply.reset(m_network.get(outgoing));
-    else if (m_request.method == "POST")
-        m_reply.reset(m_network.post(outgoing, m_request.body));
-    else
-        m_reply.reset(m_network.sendCustomRequest(outgoing, m_request.method, m_request.body));
+    m_reply.reset(m_request.method == URLRequest::Method::Post ? m_network.post(outgoing, m_request.body)
+                                                               : m_network.get(outgoing));
+    m_reply->setReadBufferSize(readBufferSize);
+    connect(m_reply.get(), &QNetworkReply::uploadProgress, this, &URLSessionTask::noteProgress);
     connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, &URLSessionTask::checkAnnouncedSize);
     connect(m_reply.get(), &QNetworkReply::readyRead, this, &URLSessionTask::read);
     connect(m_reply.get(), &QNetworkReply::finished, this, &URLSessionTask::conclude);
 }
 
+void URLSessionTask::noteProgress()
+{
+    m_lastProgress = Clock::current().now();
+}
+
+// Wakes when the time would be up if nothing moved any more, and looks again.
+void URLSessionTask::checkTime()
+{
+    const auto end = std::min(m_lastProgress + m_request.timeout, m_begin + m_maximumDuration);
+    const auto rest = end - Clock::current().now();
+    if (rest.count() > 0)
+        Clock::current().after(rest, this, [this] { checkTime(); });
+    else
+        fail({URLError::Code::TimedOut, QStringLiteral("The request timed out.")});
+}
+
 void URLSessionTask::checkAnnouncedSize()
 {
+    noteProgress();
     if (m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() > m_maximumBodySize)
         fail({URLError::Code::TooLarge, QStringLiteral("The response is too large.")});
 }
 
 void URLSessionTask::read()
 {
-    // Never more than one byte too many, however far a compressed piece expands.
-    m_body += m_reply->read(qMin(m_reply->bytesAvailable(), m_maximumBodySize + 1 - m_body.size()));
+    // Never more than one byte too many.
+    const QByteArray piece = m_reply->read(qMin(m_reply->bytesAvailable(), m_maximumBodySize + 1 - m_body.size()));
+    if (!piece.isEmpty())
+        noteProgress();
+    m_body += piece;
     if (m_body.size() > m_maximumBodySize)
         fail({URLError::Code::TooLarge, QStringLiteral("The response is too large.")});
 }
@@ -175,10 +198,10 @@ void URLSessionTask::conclude()
         return;
     if (isRedirected())
         redirect();
-    else if (isStatusError(*m_reply) && !isWholeBody())
-        fail({URLError::Code::ConnectionLost, QStringLiteral("The connection was lost.")});
     else if (m_reply->error() != QNetworkReply::NoError && !isStatusError(*m_reply))
         fail({errorCode(m_reply->error()), m_reply->errorString()});
+    else if (!isWholeBody())
+        fail({URLError::Code::ConnectionLost, QStringLiteral("The connection was lost.")});
     else
         complete(std::move(m_body), responseOf(*m_reply), std::nullopt);
 }
@@ -213,8 +236,8 @@ void URLSessionTask::redirect()
         fail({URLError::Code::TooManyRedirects, QStringLiteral("The server redirects too often.")});
         return;
     }
-    if (statusOf(*m_reply) <= 303 && m_request.method != "HEAD") {
-        m_request.method.clear();
+    if (statusOf(*m_reply) <= 303) {
+        m_request.method = URLRequest::Method::Get;
         m_request.body.clear();
         m_request.headers.removeIf(
             [](const auto &header) { return header.key().compare("Content-Type", Qt::CaseInsensitive) == 0; });
@@ -226,11 +249,10 @@ void URLSessionTask::redirect()
     send();
 }
 
-// Qt reports the status of a failed request even where its body was cut short.
+// Qt takes a body that was cut short for a whole one when the status is an error, and at times in other cases.
 bool URLSessionTask::isWholeBody() const
 {
-    return m_request.method == "HEAD"
-        || m_body.size() >= m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+    return m_body.size() >= m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
 }
 
 void URLSessionTask::fail(const URLError &error)

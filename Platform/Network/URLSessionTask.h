@@ -16,8 +16,8 @@ class URLSessionTask final : public QObject
 {
 public:
     // `network` outlives the task.
-    URLSessionTask(const URLRequest &request, URLSession::Completion completion, qint64 maximumBodySize,
-                   QNetworkAccessManager &network, QObject *parent);
+    URLSessionTask(const URLRequest &request, URLSession::Completion completion,
+                   const URLSession::Configuration &configuration, QNetworkAccessManager &network, QObject *parent);
 
     // To be called once.
     void start();
@@ -27,6 +27,8 @@ public:
 
 private:
     void send();
+    void noteProgress();
+    void checkTime();
     void checkAnnouncedSize();
     void read();
     void conclude();
@@ -39,7 +41,10 @@ private:
     URLRequest m_request; // as redirected so far
     URLSession::Completion m_completion;
     const qint64 m_maximumBodySize;
+    const std::chrono::milliseconds m_maximumDuration;
     QNetworkAccessManager &m_network;
+    std::chrono::milliseconds m_begin{0};
+    std::chrono::milliseconds m_lastProgress{0};
     std::unique_ptr<QNetworkReply> m_reply;
     QByteArray m_body;
     int m_redirectCount = 0;

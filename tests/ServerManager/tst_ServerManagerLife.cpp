@@ -30,6 +30,7 @@ void tst_ServerManagerLife::leavesWithRequestsRunning_data()
     QTest::addColumn<QString>("way");
     QTest::newRow("main returns") << QStringLiteral("return");
     QTest::newRow("exit") << QStringLiteral("exit");
+    QTest::newRow("exit while the host holds the session") << QStringLiteral("hold");
 }
 
 void tst_ServerManagerLife::leavesWithRequestsRunning()
@@ -87,15 +88,34 @@ void tst_ServerManagerLife::workQueueIsReplacedWhileInUse()
 namespace
 {
 
-int leave(int argc, char *argv[], const QString &way, const QString &server)
+std::weak_ptr<int> runningRequests;
+
+// Runs after what the library does at the exit.
+void checkThatNothingRuns()
 {
-    QCoreApplication application(argc, argv);
-    const ServiceAddress::Override address(server);
-    const auto failure = [](const std::optional<Platform::URLError> &) { std::fputs("called\n", stderr); };
+    if (!runningRequests.expired())
+        std::_Exit(1);
+}
+
+void sendRequests(const QString &server)
+{
+    const auto token = std::make_shared<int>();
+    runningRequests = token;
+    const auto failure = [token](const std::optional<Platform::URLError> &) { std::fputs("called\n", stderr); };
     BrevantoServerManager::sharedServerManager()->postCapturedImageData("jpeg", nullptr, failure);
     BrevantoServerManager::sharedServerManager()->getImage(server, nullptr, failure);
+}
+
+int leave(int argc, char *argv[], const QString &way, const QString &server)
+{
+    std::atexit(checkThatNothingRuns);
+    QCoreApplication application(argc, argv);
+    const ServiceAddress::Override address(server);
+    sendRequests(server);
     std::getchar();
-    if (way == QLatin1String("exit"))
+    if (way == QLatin1String("hold"))
+        new std::shared_ptr<Platform::URLSession>(BrevantoServerManager::sharedServerManager()->currentSession());
+    if (way != QLatin1String("return"))
         std::exit(0);
     return 0;
 }

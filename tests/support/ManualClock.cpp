@@ -16,6 +16,7 @@ ManualClock::~ManualClock()
 std::chrono::milliseconds ManualClock::now() const
 {
     const QMutexLocker lock(&m_mutex);
+    ++m_readCount;
     return m_now;
 }
 
@@ -55,4 +56,10 @@ int ManualClock::pendingCount() const
     const QMutexLocker lock(&m_mutex);
     return static_cast<int>(std::count_if(m_entries.begin(), m_entries.end(),
                                           [](const auto &entry) { return !entry.second.context.isNull(); }));
+}
+
+int ManualClock::readCount() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_readCount;
 }

@@ -23,6 +23,8 @@ public:
 
     // How much is scheduled for contexts that still live.
     int pendingCount() const;
+    // How often the time has been asked for.
+    int readCount() const;
 
 private:
     struct Entry {
@@ -31,5 +33,6 @@ private:
     };
     mutable QMutex m_mutex;
     std::chrono::milliseconds m_now{0};
+    mutable int m_readCount = 0;
     std::multimap<std::chrono::milliseconds, Entry> m_entries;
 };

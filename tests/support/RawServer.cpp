@@ -64,14 +64,22 @@ public:
         return m_server.serverPort();
     }
 
-    void resume()
+    void resume(qsizetype size)
     {
-        const auto stalled = std::exchange(m_stalled, {});
-        for (const auto &send : stalled)
-            send();
+        for (Stalled &stalled : m_stalled) {
+            if (stalled.socket)
+                stalled.socket->write(stalled.rest.first(qMin(size, stalled.rest.size())));
+            stalled.rest.remove(0, size);
+        }
+        m_stalled.removeIf([](const Stalled &stalled) { return stalled.rest.isEmpty(); });
     }
 
 private:
+    struct Stalled {
+        QPointer<QTcpSocket> socket;
+        QByteArray rest;
+    };
+
     void accept()
     {
         while (QTcpSocket *socket = m_server.nextPendingConnection()) {
@@ -81,6 +89,7 @@ private:
                 request.connection = m_owner.m_connectionCount++;
             }
             connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QTcpSocket::bytesWritten, this, [this](qint64 size) { m_owner.m_sentSize += size; });
             connect(socket, &QTcpSocket::readyRead, this, [this, socket, request, received = QByteArray()]() mutable {
                 received += socket->readAll();
                 while (takeRequest(received, request))
@@ -111,15 +120,12 @@ private:
         if (answer.then == Then::Close)
             socket->disconnectFromHost();
         else if (size < all.size())
-            m_stalled.append([socket = QPointer<QTcpSocket>(socket), rest = all.sliced(size)] {
-                if (socket)
-                    socket->write(rest);
-            });
+            m_stalled.append({socket, all.sliced(size)});
     }
 
     RawServer &m_owner;
     QTcpServer m_server;
-    QList<std::function<void()>> m_stalled;
+    QList<Stalled> m_stalled;
 };
 
 RawServer::Answer RawServer::Answer::json(const QByteArray &body)
@@ -171,10 +177,10 @@ void RawServer::setHandler(Handler handler)
     m_handler = std::move(handler);
 }
 
-void RawServer::resume()
+void RawServer::resume(qsizetype size)
 {
     QMetaObject::invokeMethod(
-        m_listener, [this] { m_listener->resume(); }, Qt::QueuedConnection);
+        m_listener, [this, size] { m_listener->resume(size); }, Qt::QueuedConnection);
 }
 
 QList<RawServer::Request> RawServer::requests() const

@@ -7,7 +7,9 @@
 #include <QString>
 #include <QThread>
 
+#include <atomic>
 #include <functional>
+#include <limits>
 #include <memory>
 
 // An HTTP server on loopback that keeps the raw bytes of each request and answers as told. It runs on a thread of its
@@ -53,8 +55,10 @@ public:
     void setAnswer(const Answer &answer);
     void setHandler(Handler handler);
 
-    // Sends the rest of the answers that stalled.
-    void resume();
+    // Sends the rest of the answers that stalled, or only so many bytes of each.
+    void resume(qsizetype size = std::numeric_limits<qsizetype>::max());
+    // How much the clients' systems have taken so far.
+    qint64 sentSize() const { return m_sentSize; }
 
     // The complete requests so far, in order of arrival. Wait for one with QTRY_COMPARE.
     QList<Request> requests() const;
@@ -72,4 +76,5 @@ private:
     Handler m_handler;
     QList<Request> m_requests;
     int m_connectionCount = 0;
+    std::atomic<qint64> m_sentSize = 0;
 };
