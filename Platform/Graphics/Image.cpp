@@ -23,6 +23,22 @@ bool isAcceptable(const QSize &size)
     return !size.isEmpty() && qint64(size.width()) * size.height() <= Image::largestPixelCount;
 }
 
+// The raster format that the first bytes are a sign of; empty when there is none.
+QByteArray rasterFormat(const QByteArray &data)
+{
+    if (data.startsWith("\xff\xd8\xff"))
+        return "jpeg";
+    if (data.startsWith("\x89PNG\r\n"))
+        return "png";
+    if (data.startsWith("GIF8"))
+        return "gif";
+    if (data.startsWith("RIFF") && data.size() > 12 && QByteArrayView(data).sliced(8).startsWith("WEBP"))
+        return "webp";
+    if (data.startsWith("BM"))
+        return "bmp";
+    return {};
+}
+
 ImageOrientation orientationOf(QImageIOHandler::Transformations transformation)
 {
     switch (transformation.toInt()) {
@@ -66,6 +82,7 @@ struct Image::Data {
     };
 
     QByteArray encoded; // empty: the pixels are in `decoded`
+    QByteArray format; // of the encoded bytes; empty: Qt finds out
     QImage decoded;
     QSize size;
     qreal scale = 1.0;
@@ -115,20 +132,8 @@ Image::Image(const QImage &bitmap, qreal scale, ImageOrientation orientation)
 
 Image Image::withData(const QByteArray &data)
 {
-    QBuffer buffer;
-    buffer.setData(data);
-    QImageReader reader(&buffer);
-    const QSize size = reader.size();
-    if (!isAcceptable(size))
-        return {};
-
-    Image image;
-    image.d.reset(new Data);
-    image.d->encoded = data;
-    image.d->size = size;
-    image.d->orientation = orientationOf(reader.transformation());
-    Data::publish(image.d);
-    return image;
+    const QByteArray format = rasterFormat(data);
+    return format.isEmpty() ? Image() : withEncoded(data, format);
 }
 
 Image Image::withContentsOfFile(const QString &path)
@@ -136,7 +141,27 @@ Image Image::withContentsOfFile(const QString &path)
     QFile file(path);
     if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
-    return withData(file.readAll());
+    return withEncoded(file.readAll(), {});
+}
+
+Image Image::withEncoded(const QByteArray &data, const QByteArray &format)
+{
+    QBuffer buffer;
+    buffer.setData(data);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(format.isEmpty());
+    const QSize size = reader.size();
+    if (!isAcceptable(size))
+        return {};
+
+    Image image;
+    image.d.reset(new Data);
+    image.d->encoded = data;
+    image.d->format = format;
+    image.d->size = size;
+    image.d->orientation = orientationOf(reader.transformation());
+    Data::publish(image.d);
+    return image;
 }
 
 QSizeF Image::size() const
@@ -169,7 +194,8 @@ QImage Image::bitmap(const QSize &size) const
 
     QBuffer buffer;
     buffer.setData(d->encoded);
-    QImageReader reader(&buffer);
+    QImageReader reader(&buffer, d->format);
+    reader.setAutoDetectImageFormat(d->format.isEmpty());
     if (scaled)
         reader.setScaledSize(size);
     return reader.read();

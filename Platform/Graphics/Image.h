@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QSharedPointer>
@@ -14,20 +16,21 @@ enum class ImageOrientation { Up = 0, Down, Left, Right, UpMirrored, DownMirrore
 
 // A picture as a value, cheap to copy. Made from encoded bytes it keeps the bytes and decodes only when it is drawn, at
 // the size it is drawn. A null image stands for "no image". Safe to use from several threads at once.
-class Image
+class BREVANTO_EXPORT Image
 {
 public:
-    // No image, no drawing and no decoding has more pixels: decoding time grows with what a header promises.
+    // No encoded image and no decoding has more pixels: decoding time grows with what a header promises.
     static constexpr qint64 largestPixelCount = 200'000'000;
 
     Image() = default;
     // An image over pixels that are decoded already.
     explicit Image(const QImage &bitmap, qreal scale = 1.0, ImageOrientation orientation = ImageOrientation::Up);
 
-    // The image in encoded bytes (any format Qt reads); null when the bytes are none, or when the image has no pixels
-    // or more than largestPixelCount. Reads the header only.
+    // The image in encoded bytes from anywhere: JPEG, PNG, GIF, WebP or BMP. Null when the bytes are something else, or
+    // when the image has no pixels or more than largestPixelCount. Reads the header only.
     static Image withData(const QByteArray &data);
-    // The image in a file or resource; null when there is none.
+    // The image in a file or resource of one's own; null when there is none. It may be of any format that Qt reads,
+    // vector graphics too, whose drawing takes time and memory beyond measure and may open further files.
     static Image withContentsOfFile(const QString &path);
 
     bool isNull() const { return !d; }
@@ -60,6 +63,7 @@ public:
 
 private:
     struct Data;
+    static Image withEncoded(const QByteArray &data, const QByteArray &format);
     QSharedPointer<Data> d;
 };
 

@@ -27,6 +27,9 @@ const QByteArray hugePng =
     QByteArrayLiteral("iVBORw0KGgoAAAANSUhEUgAA6mAAAOpgAQAAAACoqUjvAAAADElEQVR4nGNgoD0AAABkAAGGZDw1AAAAAElFTkSuQmCC");
 const QByteArray emptyPng =
     QByteArrayLiteral("iVBORw0KGgoAAAANSUhEUgAAAAAAAAAFAQAAAABDPdAMAAAADElEQVR4nGNgoD0AAABkAAGGZDw1AAAAAElFTkSuQmCC");
+// Vector graphics of 8 x 8 points with nothing in them.
+const QByteArray emptySvgz = QByteArrayLiteral(
+    "H4sIAAAAAAACA7MpLktXqMjNySu2VcooKSmw0tcvLy/XKzfWyy9K1zcyMDDQB6pQUijPTCnJsFWyUFLISM1MzygBMfXtAL9Oldc+AAAA");
 
 QImage sixteenBit()
 {
@@ -117,6 +120,9 @@ void tst_Image::refusesWhatIsNoImage_data()
     QTest::newRow("nothing") << QByteArray();
     QTest::newRow("text") << QByteArrayLiteral("<html>no image</html>");
     QTest::newRow("only a signature") << TestImages::png(TestImages::quarters({8, 8})).left(8);
+    const QByteArray svg = R"(<?xml version="1.0"?><svg xmlns="http://www.w3.org/2000/svg" width="8" height="8"/>)";
+    QTest::newRow("vector graphics") << svg;
+    QTest::newRow("compressed vector graphics") << QByteArray::fromBase64(emptySvgz);
     QTest::newRow("no pixels") << QByteArray::fromBase64(emptyPng);
     QTest::newRow("3.6 thousand million pixels") << QByteArray::fromBase64(hugePng);
 }
