@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brevanto/BrevantoExport.h"
 #include "Platform/Graphics/Image.h"
 
 #include <QRectF>
@@ -10,6 +11,7 @@ namespace resizeAndCropExample
 // Fits the stored bitmap into `targetSize`, aspect ratio kept, and cuts `cropRect` out of the result, as far as it lies
 // inside. Without anything inside, the fitted picture comes back whole. The picture is upside down: the bitmap is drawn
 // raw. Null for an image that is null or does not decode, and for an empty target. Any thread.
-Platform::Image resizeToSize(const Platform::Image &image, const QSizeF &targetSize, const QRectF &cropRect);
+BREVANTO_EXPORT Platform::Image resizeToSize(const Platform::Image &image, const QSizeF &targetSize,
+                                             const QRectF &cropRect);
 
 } // namespace resizeAndCropExample

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brevanto/BrevantoExport.h"
 #include "Platform/Graphics/Image.h"
 
 #include <QMarginsF>
@@ -16,28 +17,28 @@ namespace scale
 
 // The image upright, stretched to exactly that size at scale 1 (the aspect ratio is not kept); parts of a pixel count
 // as whole ones. Encoded images are decoded at that size. Null when the size is empty.
-Platform::Image scaleToSize(const Platform::Image &image, const QSizeF &size);
+BREVANTO_EXPORT Platform::Image scaleToSize(const Platform::Image &image, const QSizeF &size);
 
 // An 8-bit grey image as wide and high as the image in whole points, parts cut off; black where it was transparent. The
 // orientation is not applied: the stored bitmap is stretched into the upright size.
-Platform::Image convertImageToGrayScale(const Platform::Image &image);
+BREVANTO_EXPORT Platform::Image convertImageToGrayScale(const Platform::Image &image);
 
 // The stored bitmap in the box that the turned image needs, turned clockwise by `angle` degrees about a point that is a
 // whole box away from the origin: at 90 degrees the picture fills the box, at 0 and 180 it has left it.
-Platform::Image rotateByAngle(const Platform::Image &image, double angle);
+BREVANTO_EXPORT Platform::Image rotateByAngle(const Platform::Image &image, double angle);
 
 // The image with its pixels upright and orientation up; the very same image when it is so already.
-Platform::Image fixOrientation(const Platform::Image &image);
+BREVANTO_EXPORT Platform::Image fixOrientation(const Platform::Image &image);
 
 // What the view's part of its window shows, whatever lies over the view included, at the screen's scale; transparent
 // where the view has no window. Null when the view has no size. For the main thread only.
-Platform::Image captureScreenShotOfView(Platform::View *view);
+BREVANTO_EXPORT Platform::Image captureScreenShotOfView(Platform::View *view);
 
 struct ResizableImage {
     Platform::Image image;
     QMarginsF capInsets; // points along each edge that keep their size when the image is stretched
 };
 // The stretchable background of buttons; its image is null while the bundle has no asset "btn_bg".
-ResizableImage resizableButtonBackground();
+BREVANTO_EXPORT ResizableImage resizableButtonBackground();
 
 } // namespace scale

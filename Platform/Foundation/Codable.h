@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
+
 #include <QString>
 
 #include <memory>
@@ -11,8 +13,8 @@ class KeyedArchiver;
 class KeyedUnarchiver;
 
 // A record that a keyed archive can hold. Records have identity and are shared: inside a QVariant they travel as
-// CodablePointer. Exported although the rest of the platform is not, because public records derive from it.
-class Q_DECL_EXPORT Codable
+// CodablePointer.
+class BREVANTO_EXPORT Codable
 {
 public:
     Codable() = default;
@@ -33,3 +35,7 @@ private:
 using CodablePointer = std::shared_ptr<Codable>;
 
 } // namespace Platform
+
+// Lets a QVariant hold the pointer itself, where it would otherwise hold memory with a copy in it: archives and answers
+// have lists of many records.
+Q_DECLARE_TYPEINFO(Platform::CodablePointer, Q_RELOCATABLE_TYPE);

@@ -12,6 +12,17 @@ Exception::Exception(Name name, const QString &reason)
 {
 }
 
+// Out of line, so that the class has one home, and a host can catch what the library throws.
+const char *Exception::what() const noexcept
+{
+    return m_what.constData();
+}
+
+void refuseArgument(const QString &reason)
+{
+    throw Exception(Exception::Name::InvalidArgument, reason);
+}
+
 void failAssertion(const QString &message, const char *function, const char *file, int line)
 {
     log(QStringLiteral("*** Assertion failure in %1, %2:%3")

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
+
 #include <QString>
 
 #include <exception>
@@ -8,7 +10,7 @@ namespace Platform
 {
 
 // A programming or packaging fault, as the platform raises it. Not used for results: those travel through blocks.
-class Exception : public std::exception
+class BREVANTO_EXPORT Exception : public std::exception
 {
 public:
     enum class Name { InternalInconsistency, InvalidArgument, Range };
@@ -17,13 +19,16 @@ public:
 
     Name name() const { return m_name; }
     QString reason() const { return m_reason; }
-    const char *what() const noexcept override { return m_what.constData(); }
+    const char *what() const noexcept override;
 
 private:
     Name m_name;
     QString m_reason;
     QByteArray m_what;
 };
+
+// Raises InvalidArgument.
+[[noreturn]] void refuseArgument(const QString &reason);
 
 // Reports a failed assertion with its place to the log and raises InternalInconsistency. A null file or function name
 // is reported as "<Unknown File>" or "<Unknown Function>".

@@ -12,11 +12,6 @@ namespace Platform
 namespace
 {
 
-[[noreturn]] void refuse(const QString &reason)
-{
-    throw Exception(Exception::Name::InvalidArgument, reason);
-}
-
 // Archives hold instants as their text in UTC, which has years of four digits alone.
 QString instantText(const QDateTime &instant)
 {
@@ -29,7 +24,7 @@ void requireWritable(const QVariant &value, int depth)
 {
     const auto requireRoom = [depth] {
         if (depth == KeyedArchiver::maximumDepth)
-            refuse(QStringLiteral("value nested too deep for an archive"));
+            refuseArgument(QStringLiteral("value nested too deep for an archive"));
     };
 
     switch (value.typeId()) {
@@ -49,7 +44,7 @@ void requireWritable(const QVariant &value, int depth)
         return;
     case QMetaType::QDateTime:
         if (instantText(value.toDateTime()).isEmpty())
-            refuse(QStringLiteral("date that cannot be archived"));
+            refuseArgument(QStringLiteral("date that cannot be archived"));
         return;
     case QMetaType::QVariantList: {
         requireRoom();
@@ -70,7 +65,7 @@ void requireWritable(const QVariant &value, int depth)
     }
 
     if (value.metaType() != QMetaType::fromType<CodablePointer>())
-        refuse(QStringLiteral("value of type %1 cannot be archived").arg(QLatin1StringView(value.typeName())));
+        refuseArgument(QStringLiteral("value of type %1 cannot be archived").arg(QLatin1StringView(value.typeName())));
     requireRoom();
 }
 

@@ -16,15 +16,10 @@ namespace Platform
 namespace
 {
 
-[[noreturn]] void refuse(const QString &reason)
-{
-    throw Exception(Exception::Name::InvalidArgument, reason);
-}
-
 QString decodedText(QByteArrayView utf8)
 {
     if (!utf8.isValidUtf8())
-        refuse(QStringLiteral("archived text is not UTF-8"));
+        refuseArgument(QStringLiteral("archived text is not UTF-8"));
     // An empty text is not null.
     return utf8.isEmpty() ? QLatin1StringView("") : QString::fromUtf8(utf8);
 }
@@ -60,7 +55,7 @@ QVariant decodedSimple(const CborCursor::Head &head)
     case 27:
         return std::bit_cast<double>(head.argument);
     default:
-        refuse(QStringLiteral("archived simple value of unknown meaning"));
+        refuseArgument(QStringLiteral("archived simple value of unknown meaning"));
     }
 }
 
@@ -68,10 +63,10 @@ QVariant decodedInstant(CborCursor &cursor, quint64 tag)
 {
     CborCursor::Head head;
     if (tag != 0 || !cursor.readHead(head) || head.major != CborCursor::Text)
-        refuse(QStringLiteral("archived value with an unknown tag"));
+        refuseArgument(QStringLiteral("archived value with an unknown tag"));
     const QDateTime instant = QDateTime::fromString(decodedText(cursor.take(head.argument)), Qt::ISODateWithMs);
     if (!instant.isValid())
-        refuse(QStringLiteral("archived date is none"));
+        refuseArgument(QStringLiteral("archived date is none"));
     return instant.toUTC();
 }
 
@@ -146,7 +141,7 @@ QVariant KeyedUnarchiver::read(CborCursor &cursor) const
     case CborCursor::Simple:
         return decodedSimple(head);
     case CborCursor::Bytes:
-        refuse(QStringLiteral("archived bytes"));
+        refuseArgument(QStringLiteral("archived bytes"));
     case CborCursor::Map:
         break;
     }
