@@ -19,7 +19,36 @@ Item {
     readonly property real fillScale: Math.max(width / naturalSize.width, height / naturalSize.height)
     readonly property real factor: isCentred ? 1 : isFill ? fillScale : fitScale
 
+    // In pixels. The picture is decoded for the first place that it has; while the view's size changes it is scaled, for
+    // it would be blank while it is decoded anew. A finer one is put over it once the view has grown and rests.
+    readonly property size drawn: isEmpty ? Qt.size(0, 0) : Qt.size(Math.ceil(picture.width * Screen.devicePixelRatio),
+                                                                    Math.ceil(picture.height * Screen.devicePixelRatio))
+    property size decoded: Qt.size(0, 0)
+    property size rested: Qt.size(0, 0)
+    readonly property real growth: decoded.width <= 0 || decoded.height <= 0 ? 1 :
+        Math.min(detail * Math.max(rested.width / decoded.width, rested.height / decoded.height),
+                 naturalSize.width / decoded.width)
+
     anchors.fill: parent
+    onSourceChanged: begin()
+    onKeepsPixelsChanged: begin()
+    onDrawnChanged: {
+        if (decoded.width <= 0)
+            begin()
+        rest.restart()
+    }
+
+    function begin() {
+        decoded = drawn
+        rested = drawn
+    }
+
+    Timer {
+        id: rest
+
+        interval: 200
+        onTriggered: root.rested = root.drawn
+    }
 
     Image {
         id: picture
@@ -28,24 +57,20 @@ Item {
         width: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.width * root.factor : root.width
         height: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.height * root.factor : root.height
         // Without a size the picture would be decoded whole.
-        source: root.isEmpty || !root.keepsPixels ? "" : root.source
-        sourceSize: Qt.size(Math.ceil(width * Screen.devicePixelRatio), Math.ceil(height * Screen.devicePixelRatio))
+        source: root.decoded.width <= 0 || !root.keepsPixels ? "" : root.source
+        sourceSize: root.decoded
         asynchronous: true
         cache: false
         smooth: true
         mipmap: false
         fillMode: Image.Stretch
     }
-    // Stands over the picture once it is decoded, so that nothing blinks meanwhile.
     Loader {
         anchors.fill: picture
-        active: root.detail > 1 && root.isReady && root.naturalSize.width > picture.sourceSize.width
+        active: root.isReady && root.growth > 1.2
         sourceComponent: Image {
             source: picture.source
-            sourceSize: {
-                const factor = Math.min(root.detail, root.naturalSize.width / picture.sourceSize.width)
-                return Qt.size(Math.ceil(picture.sourceSize.width * factor), Math.ceil(picture.sourceSize.height * factor))
-            }
+            sourceSize: Qt.size(Math.ceil(root.decoded.width * root.growth), Math.ceil(root.decoded.height * root.growth))
             asynchronous: true
             cache: false
         }
