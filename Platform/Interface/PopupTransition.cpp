@@ -7,8 +7,12 @@ namespace Platform
 
 void PopupTransition::place(ViewController *controller, Window *window)
 {
-    m_controller = controller;
-    View *scene = controller->view();
+    attach(controller->view(), window);
+}
+
+void PopupTransition::attach(View *scene, Window *window)
+{
+    m_scene = scene;
     scene->setFrame(window->layer()->bounds());
     scene->setAutoresizingMask(View::FlexibleWidth | View::FlexibleHeight);
     window->layer()->addSubview(scene);
@@ -16,6 +20,11 @@ void PopupTransition::place(ViewController *controller, Window *window)
     Q_ASSERT(m_popup);
     connect(m_popup, SIGNAL(opened()), this, SLOT(finish()));
     connect(m_popup, SIGNAL(closed()), this, SLOT(finish()));
+}
+
+View *PopupTransition::layerOf(Window *window)
+{
+    return window->layer();
 }
 
 void PopupTransition::show(bool animated, std::function<void()> done)
@@ -31,11 +40,11 @@ void PopupTransition::hide(bool animated, std::function<void()> done)
 void PopupTransition::run(const char *method, bool animated, std::function<void()> done)
 {
     m_done = std::move(done);
-    if (!m_popup || !m_controller) {
+    if (!m_popup || !m_scene) {
         finish();
         return;
     }
-    m_controller->view()->setProperty("animated", animated && View::areAnimationsEnabled());
+    m_scene->setProperty("animated", animated && View::areAnimationsEnabled());
     QMetaObject::invokeMethod(m_popup, method);
 }
 
@@ -54,8 +63,8 @@ void PopupTransition::remove()
 {
     if (m_popup)
         m_popup->disconnect(this);
-    if (m_controller && m_controller->isViewLoaded())
-        m_controller->view()->setParentItem(nullptr);
+    if (m_scene)
+        m_scene->setParentItem(nullptr);
 }
 
 void PopupTransition::takeFocus()

@@ -7,7 +7,7 @@ namespace Platform
 
 // For a controller whose scene shows itself in a stock popup above the window's contents. The scene's root has the
 // properties "popup" (the Popup) and "animated"; the popup brings its own enter and exit transitions.
-class PopupTransition final : public QObject, public Transition
+class PopupTransition : public QObject, public Transition
 {
     Q_OBJECT
 
@@ -22,11 +22,17 @@ public:
     void takeFocus() override;
     QQuickItem *container() const override { return nullptr; }
 
+protected:
+    // Puts such a scene's root into the window, as large as that is.
+    void attach(View *scene, Window *window);
+    View *scene() const { return m_scene; }
+    static View *layerOf(Window *window);
+
 private:
     Q_SLOT void finish();
     void run(const char *method, bool animated, std::function<void()> done);
 
-    QPointer<ViewController> m_controller;
+    QPointer<View> m_scene;
     QPointer<QObject> m_popup;
     std::function<void()> m_done;
 };

@@ -4,6 +4,8 @@
 #include "Platform/Foundation/Log.h"
 #include "Platform/Interface/FullScreenTransition.h"
 #include "Platform/Interface/NavigationController.h"
+#include "Platform/Interface/PopoverPresentationController.h"
+#include "Platform/Interface/PopoverTransition.h"
 #include "Platform/Interface/Presentation.h"
 #include "Platform/Interface/SceneEngine.h"
 #include "Platform/Interface/Window.h"
@@ -22,6 +24,9 @@ ViewController::ViewController(QObject *parent)
 ViewController::~ViewController()
 {
     m_presentation.reset();
+    // Not before the bubble, which reads it and may be on its way out.
+    if (m_popoverPresentationController)
+        m_popoverPresentationController.release()->deleteLater();
     // Without its context the scene's bindings are no longer evaluated: half of what they read is gone by now.
     m_sceneContext.reset();
 }
@@ -57,6 +62,10 @@ std::unique_ptr<View> ViewController::loadView()
 
 bool ViewController::goBack()
 {
+    if (m_presentedIn && modalPresentationStyle == ModalPresentationStyle::Popover) {
+        popoverPresentationController()->requestDismissal();
+        return true;
+    }
     NavigationController *navigation = navigationController();
     if (!navigation || navigation->topViewController() != this || navigation->viewControllers().size() < 2)
         return false;
@@ -136,8 +145,17 @@ void ViewController::dismiss(bool animated, std::function<void()> completion)
     Presentation::end(presenter, animated, std::move(completion));
 }
 
+PopoverPresentationController *ViewController::popoverPresentationController()
+{
+    if (!m_popoverPresentationController)
+        m_popoverPresentationController = std::make_unique<PopoverPresentationController>(this);
+    return m_popoverPresentationController.get();
+}
+
 std::unique_ptr<Transition> ViewController::makeTransition()
 {
+    if (modalPresentationStyle == ModalPresentationStyle::Popover)
+        return std::make_unique<PopoverTransition>();
     return std::make_unique<FullScreenTransition>(modalTransitionStyle);
 }
 

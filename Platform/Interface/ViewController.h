@@ -19,6 +19,7 @@ namespace Platform
 {
 
 class NavigationController;
+class PopoverPresentationController;
 class Presentation;
 class Transition;
 class Window;
@@ -61,7 +62,7 @@ public:
     virtual bool prefersStatusBarHidden() const { return false; }
     virtual void didReceiveMemoryWarning() { }
     // The user asked to go back (Escape, the back key). True when the screen dealt with it. By default a screen that is
-    // not the first of its navigation stack is popped.
+    // not the first of its navigation stack is popped, and a popover asks for its dismissal.
     virtual bool goBack();
 
     // The controller that contains this one; null at the root of a containment chain.
@@ -89,7 +90,10 @@ public:
 
     ModalTransitionStyle modalTransitionStyle = ModalTransitionStyle::CoverVertical;
     ModalPresentationStyle modalPresentationStyle = ModalPresentationStyle::FullScreen;
+    // In points; the size of a popover, where there is room.
     QSizeF preferredContentSize;
+    // How the controller is shown when it is presented as a popover. Made on first use and owned.
+    PopoverPresentationController *popoverPresentationController();
 
 Q_SIGNALS:
     void toolbarItemsChanged();
@@ -131,6 +135,7 @@ protected:
 private:
     friend class Storyboard;
     friend class NavigationController;
+    friend class PopoverPresentationController;
     friend class Presentation;
     friend class Window;
 
@@ -151,6 +156,7 @@ private:
     bool m_appearanceAnimated = false;
     std::unique_ptr<Presentation> m_presentation; // of what this controller, the root of a chain, presents
     QPointer<Presentation> m_presentedIn; // what shows this controller
+    std::unique_ptr<PopoverPresentationController> m_popoverPresentationController;
 };
 
 } // namespace Platform
