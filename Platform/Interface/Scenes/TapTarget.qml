@@ -26,6 +26,7 @@ Item {
         onTapped: root.activated()
     }
 
+    // Light on dark, so that it is seen on every picture.
     Rectangle {
         anchors.centerIn: parent
         width: (root.view ? root.view.width : 0) + 8
@@ -35,5 +36,14 @@ Item {
         color: "transparent"
         border.width: 2
         border.color: "white"
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -2
+            radius: width / 2
+            color: "transparent"
+            border.width: 2
+            border.color: "#1c1c1e"
+        }
     }
 }
