@@ -314,6 +314,8 @@ void View::updateBackground()
     if (!m_shadowItem && m_shadow.opacity > 0)
         m_shadowItem = SceneEngine::makeItem(QStringLiteral("ViewShadow"), this);
     if (m_shadowItem) {
+        // What is not there throws no shadow.
+        m_shadowItem->setVisible(m_backgroundColor.alpha() > 0);
         m_shadowItem->setProperty("shadow", QVariant::fromValue(m_shadow));
         m_shadowItem->setProperty("cornerRadius", m_cornerRadius);
     }

@@ -99,6 +99,7 @@ public:
     int autoresizingMask() const { return m_autoresizingMask; }
     void setAutoresizingMask(int mask) { m_autoresizingMask = mask; }
 
+    // Thrown by the background; a view without one throws none.
     LayerShadow shadow() const { return m_shadow; }
     void setShadow(const LayerShadow &shadow);
 
