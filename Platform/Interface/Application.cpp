@@ -3,6 +3,8 @@
 #include <QDesktopServices>
 #include <QUrl>
 
+#include <algorithm>
+
 #ifdef Q_OS_ANDROID
 #include <QCoreApplication>
 #include <QJniObject>
@@ -26,6 +28,11 @@ namespace
 bool statusBarIsHidden = false;
 StatusBarStyle currentStatusBarStyle = StatusBarStyle::Default;
 URLOpener *replacement = nullptr;
+
+bool hasDigit(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar character) { return character.isDigit(); });
+}
 
 class SystemOpener final : public URLOpener
 {
@@ -74,6 +81,25 @@ URLOpener &urlOpener()
 void setURLOpener(URLOpener *opener)
 {
     replacement = opener;
+}
+
+bool canOpenURL(const QUrl &url)
+{
+    const QString scheme = url.scheme();
+    bool isAddressed = false;
+    if (scheme == QStringLiteral("tel"))
+        isAddressed = url.host().isEmpty() && hasDigit(url.path());
+    else if (scheme == QStringLiteral("http") || scheme == QStringLiteral("https"))
+        isAddressed = !url.host().isEmpty();
+    return url.isValid() && isAddressed && urlOpener().canOpen(url);
+}
+
+void openURL(const QUrl &url, const std::function<void(bool)> &completion)
+{
+    if (canOpenURL(url))
+        urlOpener().open(url, completion);
+    else if (completion)
+        completion(false);
 }
 
 void openSettings()

@@ -90,6 +90,13 @@ URLOpener &urlOpener();
 // Replaces the opener; null restores the platform's. The caller keeps ownership.
 void setURLOpener(URLOpener *opener);
 
+// Whether openURL() would hand the address to another application: a telephone number or a web page for which the
+// platform has one. Nothing else that a server sends leaves the application.
+bool canOpenURL(const QUrl &url);
+// Opens the address outside the application; `completion` (may be null) is told whether the platform took it. An
+// address that canOpenURL() refuses is not taken.
+void openURL(const QUrl &url, const std::function<void(bool success)> &completion = {});
+
 // Opens the application's page in the system settings, where the platform has one.
 void openSettings();
 } // namespace Application
