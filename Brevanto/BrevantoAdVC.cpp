@@ -1,16 +1,14 @@
 #include "Brevanto/BrevantoAdVC.h"
 
-#include "Brevanto/HotspotOptions.h"
 #include "Brevanto/HotspotPlacement.h"
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoRecentsFileManager.h"
-#include "Brevanto/Reachability/BrevantoReachability.h"
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/Utils/BrevantoHotspotView.h"
+#include "Brevanto/Utils/BrevantoPopupViewController.h"
 #include "Brevanto/Utils/BrevantoReachabilityManager.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
 #include "Platform/Foundation/DispatchQueue.h"
-#include "Platform/Interface/AlertController.h"
 #include "Platform/Interface/NavigationController.h"
 #include "Platform/Interface/TapRecognizer.h"
 #include "Platform/Interface/Window.h"
@@ -43,6 +41,7 @@ void BrevantoAdVC::viewDidLoad()
     m_dummyPopoverView = new Platform::View(view()->bounds());
     m_dummyPopoverView->setParent(this);
     m_dummyPopoverView->setBackgroundColor(Qt::transparent);
+    m_dummyPopoverView->setAutoresizingMask(Platform::View::FlexibleWidth | Platform::View::FlexibleHeight);
 }
 
 void BrevantoAdVC::viewWillAppear(bool animated)
@@ -58,12 +57,16 @@ void BrevantoAdVC::viewWillDisappear(bool animated)
 {
     ViewController::viewWillDisappear(animated);
     BrevantoReachabilityManager::instance()->removeObserverForReachability();
+    closePopups();
 }
 
 void BrevantoAdVC::viewDidLayoutSubviews()
 {
     ViewController::viewDidLayoutSubviews();
-    m_dummyPopoverView->setFrame(view()->bounds());
+    if (!m_dummyPopoverView->superview())
+        m_dummyPopoverView->setFrame(view()->bounds());
+    if (isInfoSheetShown())
+        fitInfoSheet(BrevantoPopupViewController::zovra_popupViewController(this)->view());
     ++m_layoutCount;
     if (m_layoutCount == 1)
         doInitialSetup();
@@ -143,32 +146,10 @@ void BrevantoAdVC::tappedOnHotSpotView(BrevantoHotspotView *hotSpotView)
     hotSpotViewTapped(hotSpotView);
 }
 
-void BrevantoAdVC::hotSpotViewTapped(BrevantoHotspotView *hotSpotView)
-{
-    BrevantoReachabilityManager *reachability = BrevantoReachabilityManager::instance();
-    if (reachability->reachabilty()->currentReachabilityStatus() == BrevantoReachabilityStatusNone)
-        reachability->animateNoInternetConnectionLabel();
-    m_activeMatchObject = m_matchGroup->listOfMatches().value(hotSpotView->tag() - firstHotspotTag);
-    if (!m_activeMatchObject)
-        return;
-    const HotspotOptions offered = HotspotOptions::offeredBy(*m_activeMatchObject);
-    if (offered.titles.isEmpty()) {
-        present(BrevantoUtils::getAlertController(QStringLiteral("Brevanto"),
-                                                  QStringLiteral("Hotspot data not available.")),
-                true);
-        return;
-    }
-}
-
 void BrevantoAdVC::navBarBackButtonAction()
 {
     if (navigationController())
         navigationController()->popViewController(true);
-}
-
-void BrevantoAdVC::popoverPresentationControllerDidDismissPopover()
-{
-    stopOrStartAnimateHotspotView(true);
 }
 
 std::shared_ptr<BrevantoMatch> BrevantoAdVC::firstMatch() const

@@ -1,17 +1,26 @@
 #pragma once
 
+#include "Brevanto/BrevantoDetailsPopOverVC.h"
 #include "Brevanto/Model/BrevantoMatchGroup.h"
+#include "Brevanto/SlideDownVC/BrevantoHotspotInfoVC.h"
 #include "Platform/Graphics/Image.h"
 #include "Platform/Interface/ImageView.h"
+#include "Platform/Interface/PopoverPresentationController.h"
 #include "Platform/Interface/ViewController.h"
 
 #include <memory>
 
 class BrevantoHotspotView;
+enum class HotspotAction;
+struct HotspotOptions;
 
 // The ad screen: the ad image of one match group and, over it, a pulsing marker for each of its matches. It saves its
-// group to the recents once it is laid out.
-class BrevantoAdVC : public Platform::ViewController
+// group to the recents once it is laid out. A tapped marker offers the actions for which its match carries data; the
+// info button explains them all.
+class BrevantoAdVC : public Platform::ViewController,
+                     public Platform::PopoverPresentationControllerDelegate,
+                     public BrevantoDetailsPopoverDelegate,
+                     public BrevantoHotspotInfoDelegate
 {
     Q_OBJECT
     QML_ELEMENT
@@ -30,7 +39,7 @@ public:
     // The match whose marker was tapped last; null before the first tap.
     std::shared_ptr<BrevantoMatch> activeMatchObject() const { return m_activeMatchObject; }
 
-    // A view as large as the screen's root view, to dim what lies behind popovers; not on the screen until then.
+    // Dims what lies behind the popover and the info sheet; not on the screen without them.
     Platform::View *dummyPopoverView() const { return m_dummyPopoverView; }
 
     // Shows the ad image; the markers are its subviews.
@@ -49,6 +58,7 @@ public:
     void viewWillDisappear(bool animated) override;
     void viewDidLayoutSubviews() override;
     bool prefersStatusBarHidden() const override { return false; }
+    bool goBack() override;
 
     void doInitialSetup();
     // Lays the markers over the image, pulsing. Without an image there is no place for them, and none appears.
@@ -57,8 +67,20 @@ public:
     void stopOrStartAnimateHotspotView(bool start);
 
     void tappedOnHotSpotView(BrevantoHotspotView *hotSpotView);
-    // Makes the marker's match the active one and says so when it has nothing to offer.
+    // Makes the marker's match the active one and offers what it carries, in a popover next to the marker; says so when
+    // that is nothing. Ignored while something is presented.
     void hotSpotViewTapped(BrevantoHotspotView *hotSpotView);
+    // Closes the popover and then does what the title stands for.
+    void popoverOptionClicked(const QString &title) override;
+    bool popoverPresentationControllerShouldDismissPopover(Platform::PopoverPresentationController *) override;
+    void popoverPresentationControllerDidDismissPopover(Platform::PopoverPresentationController *) override;
+    // Popovers stay popovers on narrow screens.
+    static int adaptivePresentationStyleForPresentationController() { return -1; }
+
+    // Shows the sheet that explains the actions.
+    Q_INVOKABLE void navBarInfoButtonAction();
+    void optionSelectedInActionSheetPopover(int row) override;
+    void clickedOnTransparentAreaInActionSheetPopover() override;
 
     // Shows the page in the web viewer; says so when there is no address.
     void openArticleOnWeb(const QString &urlString);
@@ -68,10 +90,6 @@ public:
     void itemDidFinishPlaying();
 
     Q_INVOKABLE void navBarBackButtonAction();
-
-    void popoverPresentationControllerDidDismissPopover();
-    // Popovers stay popovers on narrow screens.
-    static int adaptivePresentationStyleForPresentationController() { return -1; }
 
 Q_SIGNALS:
     void imageLoadingChanged();
@@ -83,7 +101,17 @@ private:
     std::shared_ptr<BrevantoMatch> firstMatch() const;
     void addHotspot(const BrevantoMatch &match, const QRectF &imageRect, qint32 index);
     void setImageLoading(bool loading);
+
+    void presentOptions(const HotspotOptions &options, const QRectF &sourceRect);
+    void performAction(HotspotAction action);
+    void playVideo(const QString &urlString);
+    void openGallery();
     void showOptionNotAvailable();
+    bool isInfoSheetShown() const;
+    void fitInfoSheet(Platform::View *sheet);
+    void showBackdrop(std::chrono::milliseconds duration);
+    void hideBackdrop(std::chrono::milliseconds duration);
+    void closePopups();
 
     std::shared_ptr<BrevantoMatchGroup> m_matchGroup;
     std::shared_ptr<BrevantoMatch> m_activeMatchObject;

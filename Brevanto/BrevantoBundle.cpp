@@ -2,7 +2,9 @@
 
 #include "Brevanto/BrevantoAdVC.h"
 #include "Brevanto/BrevantoCameraVC.h"
+#include "Brevanto/BrevantoDetailsPopOverVC.h"
 #include "Brevanto/BrevantoRecentProductsVC.h"
+#include "Brevanto/SlideDownVC/BrevantoHotspotInfoVC.h"
 
 // Made by the build for the scenes' QML module.
 extern void qml_register_types_Brevanto_StoryBoard();
@@ -25,6 +27,8 @@ const Platform::Bundle &brevantoBundle()
         return Platform::Bundle(QStringLiteral(":/qt/qml/Brevanto/StoryBoard"),
                                 {{QStringLiteral("BrevantoAdVC"), make<BrevantoAdVC>},
                                  {QStringLiteral("BrevantoCameraVC"), make<BrevantoCameraVC>},
+                                 {QStringLiteral("BrevantoDetailsPopOverVC"), make<BrevantoDetailsPopOverVC>},
+                                 {QStringLiteral("BrevantoHotspotInfoVC"), make<BrevantoHotspotInfoVC>},
                                  {QStringLiteral("BrevantoRecentProductsVC"), make<BrevantoRecentProductsVC>}});
     }();
     return bundle;

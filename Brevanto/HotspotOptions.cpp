@@ -3,11 +3,18 @@
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoMatch.h"
 
+#include <algorithm>
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 struct Option {
+    HotspotAction action;
     QLatin1StringView title;
+    QLatin1StringView explanation;
     QLatin1StringView icon;
     bool (*isOfferedBy)(const BrevantoMatch &match);
 };
@@ -24,12 +31,17 @@ bool hasGallery(const BrevantoMatch &match)
 }
 
 constexpr Option options[] = {
-    {QLatin1StringView("More Information"), QLatin1StringView("ic_info"), hasData<&BrevantoMatch::reviewUrl>},
-    {QLatin1StringView("Video"), QLatin1StringView("ic_video"), hasData<&BrevantoMatch::youTubeVideoUrl>},
-    {QLatin1StringView("Audio"), QLatin1StringView("ic_audio"), hasData<&BrevantoMatch::audioUrl>},
-    {QLatin1StringView("Make Call"), QLatin1StringView("ic_call"), hasData<&BrevantoMatch::phoneNumber>},
-    {QLatin1StringView("Photo Gallery"), QLatin1StringView("ic_gallery"), hasGallery},
-    {QLatin1StringView("Buy it now"), QLatin1StringView("ic_buy"), hasData<&BrevantoMatch::buyUrl>},
+    {HotspotAction::MoreInformation, "More Information"_L1, "Get more information on the product"_L1, "ic_info"_L1,
+     hasData<&BrevantoMatch::reviewUrl>},
+    {HotspotAction::Video, "Video"_L1, "Watch a video of the product"_L1, "ic_video"_L1,
+     hasData<&BrevantoMatch::youTubeVideoUrl>},
+    {HotspotAction::Audio, "Audio"_L1, "Listen to a promo audio clip"_L1, "ic_audio"_L1,
+     hasData<&BrevantoMatch::audioUrl>},
+    {HotspotAction::MakeCall, "Make Call"_L1, "Call the brand"_L1, "ic_call"_L1, hasData<&BrevantoMatch::phoneNumber>},
+    {HotspotAction::PhotoGallery, "Photo Gallery"_L1, "View more images of the product"_L1, "ic_gallery"_L1,
+     hasGallery},
+    {HotspotAction::BuyItNow, "Buy it now"_L1, "Buy the product right now"_L1, "ic_buy"_L1,
+     hasData<&BrevantoMatch::buyUrl>},
 };
 
 } // namespace
@@ -44,4 +56,21 @@ HotspotOptions HotspotOptions::offeredBy(const BrevantoMatch &match)
         offered.icons.append(option.icon);
     }
     return offered;
+}
+
+HotspotOptions HotspotOptions::explained()
+{
+    HotspotOptions all;
+    for (const Option &option : options) {
+        all.titles.append(option.explanation);
+        all.icons.append(option.icon);
+    }
+    return all;
+}
+
+HotspotAction HotspotOptions::action(const QString &title)
+{
+    const Option *found = std::find_if(std::begin(options), std::end(options),
+                                       [&title](const Option &option) { return option.title == title; });
+    return found == std::end(options) ? HotspotAction::BuyItNow : found->action;
 }

@@ -288,7 +288,7 @@ void tst_BrevantoAdVC::startsAndStopsMarkers()
     screen->stopOrStartAnimateHotspotView(false);
     QVERIFY(!marker(screen, 1)->shouldAnimate());
     QTRY_VERIFY(!marker(screen, 1)->isAnimating());
-    screen->popoverPresentationControllerDidDismissPopover();
+    screen->popoverPresentationControllerDidDismissPopover(nullptr);
     QVERIFY(marker(screen, 1)->isAnimating());
 }
 

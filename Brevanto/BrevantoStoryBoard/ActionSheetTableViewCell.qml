@@ -1,0 +1,7 @@
+import QtQuick
+import Brevanto.StoryBoard
+
+// A row of the legend.
+OptionCell {
+    readonly property Item titleIconImageView: iconImageView
+}

@@ -1,0 +1,5 @@
+import Brevanto.StoryBoard
+
+// A row of the details popover.
+OptionCell {
+}

@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Templates as T
+import Brevanto.Platform
+
+// A row of an OptionList: an icon, where there is one, and a title.
+T.AbstractButton {
+    id: cell
+
+    required property int index
+    required property string modelData
+    readonly property var screen: ListView.view.screen
+    readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
+    readonly property alias titleLabel: label
+    readonly property alias iconImageView: image
+
+    objectName: "row" + index
+    width: ListView.view.width
+    height: screen.heightForRow()
+    leftPadding: 16
+    rightPadding: 16
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
+    font: SystemFont.regular(16)
+    text: modelData
+    onClicked: screen.didSelectRow(index)
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: cell.clicked()
+
+    background: Rectangle {
+        color: cell.down || cell.hovered || cell.isCurrent ? Qt.rgba(0, 0, 0, 0.07) : "transparent"
+    }
+    contentItem: Item {
+        Image {
+            id: image
+
+            anchors.verticalCenter: parent.verticalCenter
+            width: 24
+            height: 24
+            visible: source.toString().length > 0
+            source: cell.screen.iconForRow(cell.index)
+            sourceSize: Qt.size(24, 24)
+            fillMode: Image.PreserveAspectFit
+        }
+        Text {
+            id: label
+
+            anchors.verticalCenter: parent.verticalCenter
+            x: image.visible ? image.width + 16 : 0
+            width: parent.width - x
+            text: cell.text
+            textFormat: Text.PlainText
+            font: cell.font
+            color: "#1c1c1e"
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            elide: Text.ElideRight
+        }
+    }
+}
