@@ -3,6 +3,7 @@
 #include "Brevanto/BrevantoAdVC.h"
 #include "Brevanto/BrevantoCameraVC.h"
 #include "Brevanto/BrevantoDetailsPopOverVC.h"
+#include "Brevanto/BrevantoPhotoGalleryVC.h"
 #include "Brevanto/BrevantoRecentProductsVC.h"
 #include "Brevanto/SlideDownVC/BrevantoHotspotInfoVC.h"
 
@@ -29,6 +30,7 @@ const Platform::Bundle &brevantoBundle()
                                  {QStringLiteral("BrevantoCameraVC"), make<BrevantoCameraVC>},
                                  {QStringLiteral("BrevantoDetailsPopOverVC"), make<BrevantoDetailsPopOverVC>},
                                  {QStringLiteral("BrevantoHotspotInfoVC"), make<BrevantoHotspotInfoVC>},
+                                 {QStringLiteral("BrevantoPhotoGalleryVC"), make<BrevantoPhotoGalleryVC>},
                                  {QStringLiteral("BrevantoRecentProductsVC"), make<BrevantoRecentProductsVC>}});
     }();
     return bundle;
