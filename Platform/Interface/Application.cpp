@@ -26,6 +26,7 @@ namespace
 {
 
 bool statusBarIsHidden = false;
+bool networkActivityIsShown = false;
 StatusBarStyle currentStatusBarStyle = StatusBarStyle::Default;
 URLOpener *replacement = nullptr;
 
@@ -70,6 +71,16 @@ void setStatusBarStyle(StatusBarStyle style)
 StatusBarStyle statusBarStyle()
 {
     return currentStatusBarStyle;
+}
+
+void setNetworkActivityIndicatorVisible(bool visible)
+{
+    networkActivityIsShown = visible;
+}
+
+bool isNetworkActivityIndicatorVisible()
+{
+    return networkActivityIsShown;
 }
 
 URLOpener &urlOpener()

@@ -10,14 +10,25 @@ namespace Platform
 namespace
 {
 
+QImage tinted(const QImage &picture, const QColor &color)
+{
+    if (!color.isValid() || picture.isNull())
+        return picture;
+    QImage result = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(result.rect(), color);
+    return result;
+}
+
 // One picture on its way from its bytes to the screen.
 class Decoding final : public QQuickImageResponse
 {
 public:
-    Decoding(const Image &image, const QSize &size)
+    Decoding(const Image &image, const QSize &size, const QColor &tintColor)
     {
-        QThreadPool::globalInstance()->start([this, image, size] {
-            m_picture = image.upright(size);
+        QThreadPool::globalInstance()->start([this, image, size, tintColor] {
+            m_picture = tinted(image.upright(size), tintColor);
             Q_EMIT finished();
             m_isOver.release();
         });
@@ -76,16 +87,19 @@ QString ImageProvider::name()
     return QStringLiteral("brevanto");
 }
 
-QUrl ImageProvider::url(const Platform::Image &image)
+QUrl ImageProvider::url(const Platform::Image &image, const QColor &tintColor)
 {
     if (image.isNull())
         return {};
-    return QUrl(QStringLiteral("image://%1/%2").arg(name(), image.identifier()));
+    const QString tint = tintColor.isValid() ? u'/' + tintColor.name(QColor::HexArgb).mid(1) : QString();
+    return QUrl(QStringLiteral("image://%1/%2%3").arg(name(), image.identifier(), tint));
 }
 
 QQuickImageResponse *ImageProvider::requestImageResponse(const QString &id, const QSize &requestedSize)
 {
-    return new Decoding(Platform::Image::withIdentifier(id), requestedSize);
+    const QString tint = id.section(u'/', 1);
+    const QColor color = tint.isEmpty() ? QColor() : QColor(u'#' + tint);
+    return new Decoding(Platform::Image::withIdentifier(id.section(u'/', 0, 0)), requestedSize, color);
 }
 
 ShadowProvider::ShadowProvider()

@@ -2,6 +2,7 @@
 
 #include "Platform/Graphics/Image.h"
 
+#include <QColor>
 #include <QQuickAsyncImageProvider>
 #include <QUrl>
 
@@ -13,8 +14,9 @@ class ImageProvider final : public QQuickAsyncImageProvider
 {
 public:
     static QString name();
-    // Address of `image` for a scene, good while a copy of it lives; empty for a null image.
-    static QUrl url(const Platform::Image &image);
+    // Address of `image` for a scene, good while a copy of it lives; empty for a null image. With a colour, the image's
+    // shape is shown in that colour.
+    static QUrl url(const Platform::Image &image, const QColor &tintColor = {});
 
     QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
 };

@@ -325,6 +325,11 @@ QColor NavigationController::toolbarColor() const
     return d->toolbarStyle == NavigationBarAppearance::Style::Black ? Qt::black : Qt::white;
 }
 
+QColor NavigationController::toolbarTintColor() const
+{
+    return d->toolbarStyle == NavigationBarAppearance::Style::Black ? Qt::white : Qt::black;
+}
+
 bool NavigationController::goBack()
 {
     if (!canPop())

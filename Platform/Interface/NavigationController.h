@@ -38,6 +38,7 @@ class NavigationController : public ViewController
     Q_PROPERTY(QColor titleColor READ titleColor NOTIFY barChanged)
     Q_PROPERTY(QFont titleFont READ titleFont NOTIFY barChanged)
     Q_PROPERTY(QColor toolbarColor READ toolbarColor NOTIFY barChanged)
+    Q_PROPERTY(QColor toolbarTintColor READ toolbarTintColor NOTIFY barChanged)
     Q_PROPERTY(Platform::LayerShadow shadow READ navigationBarShadow NOTIFY barChanged)
 
 public:
@@ -88,6 +89,7 @@ private:
     QColor titleColor() const;
     QFont titleFont() const;
     QColor toolbarColor() const;
+    QColor toolbarTintColor() const;
 
     QRectF contentFrame() const;
     void stack(ViewController *controller);

@@ -2,12 +2,56 @@
 
 #include "Platform/Interface/ImageProvider.h"
 
+#include <QPainter>
+#include <QPainterPath>
+
 namespace Platform
 {
 
-QUrl BarButtonItem::source() const
+namespace
 {
-    return image.isEmpty() ? ImageProvider::url(picture) : image;
+
+// A glyph of lines in a square of 27 points.
+template <typename Draw>
+Image lineGlyph(Draw draw)
+{
+    constexpr int points = 27;
+    constexpr int scale = 4; // the finest screens
+    QImage bitmap(points * scale, points * scale, QImage::Format_ARGB32_Premultiplied);
+    bitmap.fill(Qt::transparent);
+    QPainter painter(&bitmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    painter.setPen(QPen(Qt::black, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    draw(painter);
+    painter.end();
+    return Image(bitmap, scale);
+}
+
+Image refreshGlyph()
+{
+    static const Image glyph = lineGlyph([](QPainter &painter) {
+        painter.drawArc(QRectF(5, 5.5, 17, 17), 60 * 16, 300 * 16);
+        painter.drawPolyline(QPolygonF{{13.2, 2.6}, {17.75, 6.6}, {13.8, 11.2}});
+    });
+    return glyph;
+}
+
+Image actionGlyph()
+{
+    static const Image glyph = lineGlyph([](QPainter &painter) {
+        painter.drawPolyline(QPolygonF{{10.5, 10.5}, {6, 10.5}, {6, 24}, {21, 24}, {21, 10.5}, {16.5, 10.5}});
+        painter.drawLine(QPointF(13.5, 2.8), QPointF(13.5, 16));
+        painter.drawPolyline(QPolygonF{{9.2, 7}, {13.5, 2.6}, {17.8, 7}});
+    });
+    return glyph;
+}
+
+} // namespace
+
+QUrl BarButtonItem::source(const QColor &tintColor) const
+{
+    return image.isEmpty() ? ImageProvider::url(picture, tintColor) : image;
 }
 
 BarButtonItem BarButtonItem::fixedSpace(qreal width)
@@ -23,6 +67,17 @@ BarButtonItem BarButtonItem::flexibleSpace()
     BarButtonItem space = fixedSpace(0);
     space.isFlexible = true;
     return space;
+}
+
+BarButtonItem BarButtonItem::systemItem(SystemItem item, std::function<void()> action)
+{
+    if (item == SystemItem::FlexibleSpace)
+        return flexibleSpace();
+    BarButtonItem button;
+    button.picture = item == SystemItem::Refresh ? refreshGlyph() : actionGlyph();
+    button.accessibleName = item == SystemItem::Refresh ? NavigationItem::tr("Reload") : NavigationItem::tr("Share");
+    button.action = std::move(action);
+    return button;
 }
 
 void BarButtonItem::activate(const QList<BarButtonItem> &items, int index)

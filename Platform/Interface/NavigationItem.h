@@ -2,6 +2,7 @@
 
 #include "Platform/Graphics/Image.h"
 
+#include <QColor>
 #include <QList>
 #include <QObject>
 #include <QSizeF>
@@ -14,11 +15,13 @@
 namespace Platform
 {
 
+// The platform's own items, each with its glyph and name.
+enum class SystemItem { FlexibleSpace = 5, Action = 9, Refresh = 13 };
+
 // A button in a navigation bar or toolbar, or a fixed or flexible space between buttons.
 struct BarButtonItem {
     Q_GADGET
     QML_ANONYMOUS
-    Q_PROPERTY(QUrl source READ source CONSTANT)
     Q_PROPERTY(QString accessibleName MEMBER accessibleName CONSTANT)
     Q_PROPERTY(QSizeF size MEMBER size CONSTANT)
     Q_PROPERTY(bool enabled MEMBER enabled CONSTANT)
@@ -27,7 +30,7 @@ struct BarButtonItem {
 
 public:
     QUrl image;
-    Image picture = {}; // an image drawn by the application, shown when there is no address
+    Image picture = {}; // shape of a glyph, shown in the bar's tint colour when there is no address
     QString accessibleName = {};
     QSizeF size = {}; // points; a space's width may be negative, which moves its neighbour outwards
     bool enabled = true;
@@ -35,11 +38,12 @@ public:
     bool isFlexible = false; // a space that takes its share of the room left
     std::function<void()> action = {};
 
-    // Address of the image or of the picture.
-    QUrl source() const;
+    // Address of the image, or of the picture in that colour.
+    Q_INVOKABLE QUrl source(const QColor &tintColor) const;
 
     static BarButtonItem fixedSpace(qreal width);
     static BarButtonItem flexibleSpace();
+    static BarButtonItem systemItem(SystemItem item, std::function<void()> action = {});
     // Runs the action of the item at that place, if it is an enabled button.
     static void activate(const QList<BarButtonItem> &items, int index);
 };

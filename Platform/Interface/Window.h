@@ -77,6 +77,10 @@ bool isStatusBarHidden();
 void setStatusBarStyle(StatusBarStyle style);
 StatusBarStyle statusBarStyle();
 
+// Whether the status bar says that something is on its way from the network.
+void setNetworkActivityIndicatorVisible(bool visible);
+bool isNetworkActivityIndicatorVisible();
+
 // Opens addresses outside the application (browser, telephone, settings).
 class URLOpener
 {

@@ -35,7 +35,7 @@ AbstractButton {
             anchors.centerIn: parent
             width: naturalSize.width
             height: naturalSize.height
-            source: control.item.source
+            source: control.item.source(control.tintColor)
             sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
             fillMode: Image.PreserveAspectFit
             opacity: !control.enabled ? 0.35 : control.down ? 0.4 : 1

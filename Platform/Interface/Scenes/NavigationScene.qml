@@ -126,6 +126,12 @@ View {
         visible: !scene.controller.toolbarHidden
         background: Rectangle {
             color: scene.controller.toolbarColor
+
+            Rectangle {
+                width: parent.width
+                height: 1
+                color: Qt.alpha(scene.controller.toolbarTintColor, 0.2)
+            }
         }
         contentItem: Item {
             BarButtonRow {
@@ -133,7 +139,7 @@ View {
                 x: scene.sideMargin
                 width: parent.width - 2 * scene.sideMargin
                 items: scene.controller.toolbarItems
-                tintColor: scene.controller.tintColor
+                tintColor: scene.controller.toolbarTintColor
                 onActivated: index => scene.controller.activateToolbarItem(index)
             }
         }
