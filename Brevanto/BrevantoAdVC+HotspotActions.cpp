@@ -2,6 +2,7 @@
 
 #include "Brevanto/BrevantoBundle.h"
 #include "Brevanto/BrevantoConstants.h"
+#include "Brevanto/BrevantoPhotoGalleryVC.h"
 #include "Brevanto/HotspotOptions.h"
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Reachability/BrevantoReachability.h"
@@ -140,6 +141,12 @@ void BrevantoAdVC::openGallery()
         showOptionNotAvailable();
         return;
     }
+    auto gallery = brevantoStoryboard().instantiate<BrevantoPhotoGalleryVC>(QStringLiteral("BrevantoPhotoGalleryVC"));
+    gallery->setMatchObject(m_activeMatchObject);
+    gallery->modalTransitionStyle = Platform::ModalTransitionStyle::CrossDissolve;
+    auto stack = std::make_unique<Platform::NavigationController>(std::move(gallery));
+    stack->modalTransitionStyle = Platform::ModalTransitionStyle::CrossDissolve;
+    present(std::move(stack), true);
 }
 
 void BrevantoAdVC::navBarInfoButtonAction()
