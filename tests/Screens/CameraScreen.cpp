@@ -55,6 +55,12 @@ FakeReachability &CameraScreen::network()
     return network;
 }
 
+ManualClock &CameraScreen::sharedClock()
+{
+    static auto *clock = new ManualClock;
+    return *clock;
+}
+
 void CameraScreen::open()
 {
     auto made = brevantoStoryboard().instantiate<BrevantoCameraVC>(QStringLiteral("BrevantoCameraVC"));
@@ -101,6 +107,20 @@ bool CameraScreen::choose(const QString &buttonTitle)
             window.tap(button);
         return false;
     });
+}
+
+bool CameraScreen::wait(std::chrono::milliseconds duration)
+{
+    const auto end = clock.now() + duration;
+    while (clock.now() < end) {
+        clock.advance(std::min<std::chrono::milliseconds>(2s, end - clock.now()));
+        // The network's thread asks for the time when the byte has come.
+        const int reads = clock.readCount();
+        server.resume(1);
+        if (!QTest::qWaitFor([&] { return clock.readCount() > reads; }))
+            return false;
+    }
+    return true;
 }
 
 bool CameraScreen::advanceUntil(const std::function<bool()> &condition)
@@ -169,6 +189,6 @@ RawServer::Answer CameraScreen::matches(const QStringList &adImages)
 
 void CameraScreen::prepareAnswer(RawServer::Answer answer)
 {
-    answer.stage = RawServer::Stage::Nothing;
+    answer.stage = RawServer::Stage::Head;
     server.setAnswer(answer);
 }

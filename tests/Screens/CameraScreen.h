@@ -9,37 +9,10 @@
 #include "Brevanto/BrevantoCameraVC.h"
 #include "Brevanto/ServerManager/ServiceAddress.h"
 
-#include <QCoreApplication>
-
 namespace Platform
 {
 class AlertController;
 }
-
-// The screens' time, which stands until the test moves it. For the network no time passes: the service is as slow as
-// the test likes. The network's thread may ask for the time at any moment, so there is one clock for the whole program.
-class ScreenClock final : public Platform::Clock
-{
-public:
-    static ScreenClock &instance()
-    {
-        static auto *clock = new ScreenClock;
-        return *clock;
-    }
-
-    std::chrono::milliseconds now() const override { return m_time.now(); }
-    void after(std::chrono::milliseconds delay, QObject *context, std::function<void()> block) override
-    {
-        if (context->thread() == QCoreApplication::instance()->thread())
-            m_time.after(delay, context, std::move(block));
-    }
-    void advance(std::chrono::milliseconds duration) { m_time.advance(duration); }
-
-private:
-    ScreenClock() { setCurrent(this); }
-
-    ManualClock m_time;
-};
 
 // The camera screen over a host's window, with a camera, a network, a service and a time that the test controls. View
 // animations show their end at once.
@@ -51,6 +24,8 @@ public:
 
     // Every test program has one network, since the SDK watches it from its first screen on.
     static FakeReachability &network();
+    // And one clock, since the threads of the network ask for the time at any moment.
+    static ManualClock &sharedClock();
 
     // Shows the screen as the host does.
     void open();
@@ -66,6 +41,9 @@ public:
     // Taps the alert's button and waits until the alert is gone.
     bool choose(const QString &buttonTitle);
 
+    // Moves the time on while the service works on the upload: now and then a byte of its answer comes, so that the
+    // request is not given up. False when the client takes no notice.
+    bool wait(std::chrono::milliseconds duration);
     // Moves the time forward by little steps until the condition holds; false when it does not come to that.
     bool advanceUntil(const std::function<bool()> &condition);
     // A photo as the camera takes it.
@@ -80,10 +58,10 @@ public:
 
     // An answer of the service: a match for each of these ad images.
     static RawServer::Answer matches(const QStringList &adImages);
-    // The service gives this answer, not before server.resume().
+    // The service gives this answer; after its head it waits for server.resume().
     void prepareAnswer(RawServer::Answer answer);
 
-    ScreenClock &clock = ScreenClock::instance();
+    ManualClock &clock = sharedClock();
     RawServer server;
     std::shared_ptr<FakeCamera> camera = std::make_shared<FakeCamera>();
     ScreenWindow window;

@@ -31,11 +31,6 @@ QByteArray uploadedJpeg(const RawServer::Request &request)
     return start < 0 || end < start ? QByteArray() : body.mid(start, end + 2 - start);
 }
 
-RawServer::Answer refusal()
-{
-    return RawServer::Answer::json(R"({"status": {"code": 5}})");
-}
-
 } // namespace
 
 class tst_CameraCapture : public QObject
@@ -49,16 +44,11 @@ private Q_SLOTS:
     void uploadsASmallGreyPhoto_data();
     void uploadsASmallGreyPhoto();
     void goesFromTheShutterToTheAd();
-    void tellsThatNothingMatched_data();
-    void tellsThatNothingMatched();
+    void endsARequest_data();
+    void endsARequest();
     void staysLiveWithoutPhoto_data();
     void staysLiveWithoutPhoto();
     void asksForPatience();
-    void answerClosesTheDialog_data();
-    void answerClosesTheDialog();
-    void ignoresTheAnswerOfAnAbandonedRequest_data();
-    void ignoresTheAnswerOfAnAbandonedRequest();
-    void failsWithoutAWord();
     void oldTimerAsksForTheNextRequest();
     void leavesOtherScreensAlone();
     void drawsTheEyeToTheBannerOffline_data();
@@ -85,7 +75,7 @@ private:
     }
     static void waitOutTheTimeOut(CameraScreen &camera)
     {
-        camera.clock.advance(10s);
+        QVERIFY(camera.wait(10s));
         QTRY_COMPARE(camera.alertTitle(), timeOutTitle);
     }
 };
@@ -168,28 +158,83 @@ void tst_CameraCapture::goesFromTheShutterToTheAd()
     QTRY_VERIFY(isLive(camera));
 }
 
-void tst_CameraCapture::tellsThatNothingMatched_data()
+void tst_CameraCapture::endsARequest_data()
 {
-    QTest::addColumn<QByteArray>("answer");
-    QTest::newRow("empty") << QByteArray(R"({"status": {"code": 0}, "matches": []})");
-    QTest::newRow("none") << QByteArray(R"({"status": {"code": 0}})");
-    QTest::newRow("null") << QByteArray(R"({"status": {"code": 0}, "matches": null})");
+    QTest::addColumn<RawServer::Answer>("answer");
+    QTest::addColumn<QString>("before"); // what happens before the answer comes
+    QTest::addColumn<QString>("shown"); // the alert's title, message and buttons, or the ad
+    const auto match = CameraScreen::matches({QStringLiteral("a")});
+    const auto nothing = CameraScreen::matches({});
+    const auto failure = RawServer::Answer::json(R"({"status": {"code": 5}})");
+    const QString dialog = QStringLiteral("dialog");
+    const QString abandoned = QStringLiteral("abandoned");
+    const QString noMatch = noMatchTitle + QStringLiteral("||Capture Again");
+    const QString wrong = QStringLiteral("Brevanto|Something went wrong!!|Capture Again");
+    QTest::newRow("empty") << nothing << QString() << noMatch;
+    QTest::newRow("none") << RawServer::Answer::json(R"({"status": {"code": 0}})") << QString() << noMatch;
+    QTest::newRow("null") << RawServer::Answer::json(R"({"status": {"code": 0}, "matches": null})") << QString()
+                          << noMatch;
+    QTest::newRow("failure") << failure << QString() << QString();
+    QTest::newRow("late-match") << match << dialog << QStringLiteral("a");
+    QTest::newRow("late-no-match") << nothing << dialog << noMatch;
+    QTest::newRow("late-failure") << failure << dialog << wrong;
+    QTest::newRow("match, abandoned") << match << abandoned << QStringLiteral("second");
+    QTest::newRow("no match, abandoned") << nothing << abandoned << QStringLiteral("second");
+    QTest::newRow("failure, abandoned") << failure << abandoned << QStringLiteral("second");
 }
 
-void tst_CameraCapture::tellsThatNothingMatched()
+void tst_CameraCapture::endsARequest()
 {
-    QFETCH(QByteArray, answer);
+    QFETCH(RawServer::Answer, answer);
+    QFETCH(QString, before);
+    QFETCH(QString, shown);
     CameraScreen camera;
-    camera.prepareAnswer(RawServer::Answer::json(answer));
+    camera.prepareAnswer(answer);
     camera.open();
     QVERIFY(camera.shoot());
+    QTRY_VERIFY(isSpinning(camera));
+    if (!before.isEmpty())
+        waitOutTheTimeOut(camera);
+    const QPointer<Platform::AlertController> dialog(camera.alert());
+    if (before == QStringLiteral("abandoned")) {
+        auto *leftover = new Platform::View(QRectF(0, 0, 50, 50));
+        leftover->setTag(301);
+        camera.screen->view()->addSubview(leftover);
+        QVERIFY(camera.choose(captureAgain));
+        QVERIFY(!camera.screen->view()->viewWithTag(301));
+        QVERIFY(!camera.screen->isRequestOnProcess());
+        QTRY_VERIFY(isLive(camera));
+        camera.server.resume();
+        // A second request that comes to its end shows that the first one has come to its own.
+        camera.prepareAnswer(CameraScreen::matches({QStringLiteral("second")}));
+        QTest::qWait(50);
+        QVERIFY(!ad(camera) && !camera.alert());
+        QVERIFY(camera.shoot());
+    }
     camera.server.resume();
-    QTRY_COMPARE(camera.alertTitle(), noMatchTitle);
-    QCOMPARE(camera.alert()->message(), QString());
-    QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
-    QVERIFY(!camera.screen->captureSession()->isRunning());
-    camera.window.grab(QStringLiteral("camera-no-match"));
-    QVERIFY(camera.choose(captureAgain));
+    QTRY_VERIFY(!camera.screen->isRequestOnProcess() && !isSpinning(camera) && !dialog);
+    if (shown.isEmpty()) {
+        camera.clock.advance(20s);
+        QVERIFY(!camera.alert() && !camera.screen->captureSession()->isRunning());
+        camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
+        QTRY_VERIFY(!camera.screen->isVisible());
+        camera.navigation->popViewController(false);
+    } else if (shown.contains(QLatin1Char('|'))) {
+        QTRY_VERIFY(camera.alert());
+        QStringList alert{camera.alertTitle(), camera.alert()->message()};
+        for (const Platform::AlertAction &action : camera.alert()->actions())
+            alert += action.title;
+        QCOMPARE(alert.join(QLatin1Char('|')), shown);
+        QVERIFY(!camera.screen->captureSession()->isRunning());
+        camera.window.grab(QStringLiteral("camera-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
+        QVERIFY(camera.choose(captureAgain));
+    } else {
+        QTRY_VERIFY(ad(camera) && ad(camera)->isVisible());
+        QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), shown);
+        QCOMPARE(camera.navigation->viewControllers().size(), std::size_t(2));
+        QVERIFY(!camera.alert());
+        return;
+    }
     QTRY_VERIFY(isLive(camera));
     QVERIFY(camera.shoot());
 }
@@ -223,16 +268,15 @@ void tst_CameraCapture::asksForPatience()
     camera.open();
     QVERIFY(camera.shoot());
     for (int round = 0; round < 3; ++round) {
-        camera.clock.advance(9990ms);
+        QVERIFY(camera.wait(9990ms));
         QVERIFY(!camera.alert());
         camera.clock.advance(10ms);
         QTRY_COMPARE(camera.alertTitle(), timeOutTitle);
         QCOMPARE(camera.alert()->message(), QString());
-        QCOMPARE(camera.alert()->actions().size(), std::size_t(2));
-        QCOMPARE(camera.alert()->actions()[0].title, QStringLiteral("OK"));
-        QCOMPARE(camera.alert()->actions()[0].style, Platform::AlertActionStyle::Cancel);
-        QCOMPARE(camera.alert()->actions()[1].title, captureAgain);
-        QCOMPARE(camera.alert()->actions()[1].style, Platform::AlertActionStyle::Default);
+        QStringList buttons;
+        for (const Platform::AlertAction &action : camera.alert()->actions())
+            buttons += QStringLiteral("%1/%2").arg(action.title, QString::number(int(action.style)));
+        QCOMPARE(buttons, QStringList({QStringLiteral("OK/1"), QStringLiteral("Capture Again/0")}));
         QTRY_VERIFY(isSpinning(camera));
         camera.window.grab(QStringLiteral("camera-time-out"));
         QVERIFY(camera.choose(QStringLiteral("OK")));
@@ -241,98 +285,6 @@ void tst_CameraCapture::asksForPatience()
         QTest::qWait(0);
     }
     QCOMPARE(camera.server.requestCount(), 1);
-}
-
-void tst_CameraCapture::answerClosesTheDialog_data()
-{
-    QTest::addColumn<RawServer::Answer>("answer");
-    QTest::addColumn<QString>("alert");
-    QTest::newRow("match") << CameraScreen::matches({QStringLiteral("a")}) << QString();
-    QTest::newRow("no match") << CameraScreen::matches({}) << noMatchTitle;
-    QTest::newRow("failure") << refusal() << QStringLiteral("Brevanto");
-}
-
-void tst_CameraCapture::answerClosesTheDialog()
-{
-    QFETCH(RawServer::Answer, answer);
-    QFETCH(QString, alert);
-    CameraScreen camera;
-    camera.prepareAnswer(answer);
-    camera.open();
-    QVERIFY(camera.shoot());
-    waitOutTheTimeOut(camera);
-    const QPointer<Platform::AlertController> dialog(camera.alert());
-    camera.server.resume();
-    QTRY_VERIFY(!dialog);
-    QTRY_VERIFY(!isSpinning(camera));
-    if (alert.isEmpty()) {
-        QTRY_VERIFY(ad(camera));
-        QTRY_VERIFY(ad(camera)->isVisible());
-        QVERIFY(!camera.alert());
-        return;
-    }
-    QTRY_COMPARE(camera.alertTitle(), alert);
-    QCOMPARE(camera.alert()->actions().size(), std::size_t(1));
-    QCOMPARE(camera.alert()->message(), alert == noMatchTitle ? QString() : QStringLiteral("Something went wrong!!"));
-    camera.window.grab(QStringLiteral("camera-late-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
-    QVERIFY(camera.choose(captureAgain));
-    QTRY_VERIFY(isLive(camera));
-    QVERIFY(!ad(camera));
-}
-
-void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest_data()
-{
-    QTest::addColumn<RawServer::Answer>("answer");
-    QTest::newRow("match") << CameraScreen::matches({QStringLiteral("a")});
-    QTest::newRow("no match") << CameraScreen::matches({});
-    QTest::newRow("failure") << refusal();
-}
-
-void tst_CameraCapture::ignoresTheAnswerOfAnAbandonedRequest()
-{
-    QFETCH(RawServer::Answer, answer);
-    CameraScreen camera;
-    camera.prepareAnswer(answer);
-    camera.open();
-    QVERIFY(camera.shoot());
-    waitOutTheTimeOut(camera);
-    auto *overlay = new Platform::View(QRectF(0, 0, 50, 50));
-    overlay->setTag(301);
-    camera.screen->view()->addSubview(overlay);
-    QVERIFY(camera.choose(captureAgain));
-    QVERIFY(!camera.screen->view()->viewWithTag(301));
-    QVERIFY(!camera.screen->isRequestOnProcess());
-    QTRY_VERIFY(isLive(camera));
-    camera.server.resume();
-
-    // A second request that comes to its end shows that the first one has come to its own.
-    camera.prepareAnswer(CameraScreen::matches({QStringLiteral("second")}));
-    QTest::qWait(50);
-    QVERIFY(!ad(camera) && !camera.alert());
-    QVERIFY(camera.shoot());
-    camera.server.resume();
-    QTRY_VERIFY(ad(camera));
-    QCOMPARE(ad(camera)->matchGroup()->adImageUrl(), QStringLiteral("second"));
-    QCOMPARE(camera.navigation->viewControllers().size(), std::size_t(2));
-}
-
-void tst_CameraCapture::failsWithoutAWord()
-{
-    CameraScreen camera;
-    camera.prepareAnswer(refusal());
-    camera.open();
-    QVERIFY(camera.shoot());
-    QTRY_VERIFY(isSpinning(camera));
-    camera.server.resume();
-    QTRY_VERIFY(!isSpinning(camera));
-    QVERIFY(!camera.screen->isRequestOnProcess());
-    camera.clock.advance(20s);
-    QVERIFY(!camera.alert());
-    QVERIFY(!camera.screen->captureSession()->isRunning());
-    camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
-    QTRY_VERIFY(!camera.screen->isVisible());
-    camera.navigation->popViewController(false);
-    QTRY_VERIFY(isLive(camera));
 }
 
 void tst_CameraCapture::oldTimerAsksForTheNextRequest()
@@ -359,11 +311,11 @@ void tst_CameraCapture::leavesOtherScreensAlone()
     QVERIFY(camera.shoot());
     camera.navigation->pushViewController(std::make_unique<Platform::ViewController>(), false);
     QTRY_VERIFY(!camera.screen->isVisible());
-    camera.clock.advance(10s);
+    QVERIFY(camera.wait(10s));
     QVERIFY(!camera.alert());
     camera.navigation->popViewController(false);
     QTRY_VERIFY(camera.screen->isVisible());
-    camera.clock.advance(60s);
+    QVERIFY(camera.wait(20s));
     QVERIFY(!camera.alert());
     QVERIFY(camera.screen->isRequestOnProcess());
 }

@@ -23,7 +23,8 @@ std::chrono::milliseconds ManualClock::now() const
 void ManualClock::after(std::chrono::milliseconds delay, QObject *context, std::function<void()> block)
 {
     const QMutexLocker lock(&m_mutex);
-    m_entries.insert({m_now + delay, {context, std::move(block)}});
+    m_entries.insert({m_now + delay,
+                      {QThread::currentThread(), QAbstractEventDispatcher::instance(), context, std::move(block)}});
 }
 
 void ManualClock::advance(std::chrono::milliseconds duration)
@@ -42,12 +43,14 @@ void ManualClock::advance(std::chrono::milliseconds duration)
             due = std::move(first->second);
             m_entries.erase(first);
         }
-        if (!due.context)
-            continue;
-        if (due.context->thread() == QThread::currentThread())
-            due.block();
-        else
-            QMetaObject::invokeMethod(due.context, std::move(due.block), Qt::QueuedConnection);
+        const auto run = [context = due.context, block = std::move(due.block)] {
+            if (context)
+                block();
+        };
+        if (due.thread == QThread::currentThread())
+            run();
+        else if (due.events)
+            QMetaObject::invokeMethod(due.events, run, Qt::QueuedConnection);
     }
 }
 

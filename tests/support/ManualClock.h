@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Clock.h"
 
+#include <QAbstractEventDispatcher>
 #include <QMutex>
 #include <QPointer>
 
@@ -28,7 +29,9 @@ public:
 
 private:
     struct Entry {
-        QPointer<QObject> context;
+        QThread *thread = nullptr; // of the context
+        QPointer<QAbstractEventDispatcher> events; // of that thread
+        QPointer<QObject> context; // may be looked at on that thread only
         std::function<void()> block;
     };
     mutable QMutex m_mutex;
