@@ -138,18 +138,9 @@ void BrevantoCameraVC::sendCapturedData(const QByteArray &data)
     scheduleTimeOut();
 }
 
-bool BrevantoCameraVC::isLeaving() const
-{
-    const ViewController *root = this;
-    while (root->parentViewController())
-        root = root->parentViewController();
-    const ViewController *presenter = presentingViewController();
-    return presenter && presenter->presentedViewController() != root;
-}
-
 void BrevantoCameraVC::requestCompleted(const std::optional<BrevantoMatchGroupList> &matchGroups)
 {
-    if (isLeaving())
+    if (isOnItsWayOut())
         return;
     if (ViewController *presented = presentedViewController())
         presented->dismiss(true);
@@ -193,7 +184,7 @@ void BrevantoCameraVC::scheduleTimeOut()
 void BrevantoCameraVC::timedOut()
 {
     NavigationController *navigation = navigationController();
-    if (!*m_isRequestOnProcess || !navigation || navigation->topViewController() != this || isLeaving())
+    if (!*m_isRequestOnProcess || !navigation || navigation->topViewController() != this || isOnItsWayOut())
         return;
     auto alert = std::make_unique<AlertController>(QStringLiteral("Getting response might take more time"), QString());
     alert->addAction({QStringLiteral("OK"), AlertActionStyle::Cancel, whileAlive([this] { scheduleTimeOut(); })});

@@ -105,8 +105,6 @@ private:
 
     std::shared_ptr<Platform::CaptureConnection> videoConnection() const;
     void photoPrepared(const QByteArray &jpeg);
-    // Whether the user has closed the SDK and its screens are on their way out.
-    bool isLeaving() const;
     void requestCompleted(const std::optional<BrevantoMatchGroupList> &matchGroups);
     void requestFailed();
     void scheduleTimeOut();

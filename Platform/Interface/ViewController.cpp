@@ -98,7 +98,8 @@ ViewController *ViewController::chainRoot() const
 
 bool ViewController::isOnItsWayOut() const
 {
-    return m_presentedIn && m_presentedIn->isDismissing();
+    const ViewController *root = chainRoot();
+    return root->m_presentedIn && root->m_presentedIn->isDismissing();
 }
 
 ViewController *ViewController::presentedViewController() const

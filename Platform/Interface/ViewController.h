@@ -123,6 +123,8 @@ protected:
 
     // How the controller comes onto the screen and leaves it when it is presented.
     virtual std::unique_ptr<Transition> makeTransition();
+    // Whether this controller, or the chain that contains it, is being dismissed.
+    bool isOnItsWayOut() const;
     // The contained controller whose view is shown inside this one's, which gets the appearance calls too; null when
     // there is none.
     virtual ViewController *shownChild() const { return nullptr; }
@@ -142,7 +144,6 @@ private:
     enum class Appearance { Gone, Appearing, Visible, Disappearing };
 
     ViewController *chainRoot() const;
-    bool isOnItsWayOut() const;
     QQuickItem *findOutlet(const QString &objectName);
     [[noreturn]] void throwMissingOutlet(const QString &objectName) const;
 
