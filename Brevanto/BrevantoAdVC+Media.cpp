@@ -1,24 +1,36 @@
 #include "Brevanto/BrevantoAdVC.h"
 
-#include "Platform/Interface/AlertController.h"
+#include "Brevanto/WebAction.h"
+#include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/Media/PlayerViewController.h"
 
 void BrevantoAdVC::openArticleOnWeb(const QString &urlString)
 {
-    if (urlString.isEmpty())
-        showOptionNotAvailable();
+    ::openArticleOnWeb(this, urlString);
 }
 
 void BrevantoAdVC::openAvPlayerControllerWithUrl(const QString &urlString)
 {
-    Q_UNUSED(urlString)
+    auto screen = std::make_unique<Platform::PlayerViewController>();
+    screen->setShowsPlaybackControls(true);
+    screen->setPlayer(std::make_unique<Platform::Player>(QUrl(urlString)));
+    Platform::NotificationCenter &center = Platform::NotificationCenter::defaultCenter();
+    center.removeObserver(this, Platform::AVPlayerItemDidPlayToEndTimeNotification);
+    center.addObserver(this, Platform::AVPlayerItemDidPlayToEndTimeNotification,
+                       [this](const Platform::Notification &) { itemDidFinishPlaying(); });
+    const QPointer<Platform::Player> player(screen->player());
+    present(std::move(screen), true);
+    if (player)
+        player->play();
 }
 
-void BrevantoAdVC::itemDidFinishPlaying() { }
+void BrevantoAdVC::itemDidFinishPlaying()
+{
+    if (presentedViewController())
+        dismiss(true);
+}
 
 void BrevantoAdVC::showOptionNotAvailable()
 {
-    auto alert = std::make_unique<Platform::AlertController>(QStringLiteral("Sorry!"),
-                                                             QStringLiteral("This option is not available."));
-    alert->addAction({QStringLiteral("Ok"), Platform::AlertActionStyle::Default, {}});
-    present(std::move(alert), true);
+    presentOptionNotAvailable(this);
 }

@@ -10,6 +10,7 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QTimer>
+#include <QtWebView>
 
 #include <cstdio>
 
@@ -55,6 +56,8 @@ int main(int argc, char *argv[])
     QGuiApplication::setOrganizationName(QStringLiteral("Brevanto"));
     QGuiApplication::setApplicationName(QStringLiteral("Brevanto Host"));
     QGuiApplication::setApplicationVersion(QStringLiteral("1.0"));
+    // Before the application object: the web viewer shows no pages otherwise.
+    QtWebView::initialize();
     QGuiApplication application(argc, argv);
 
     // Phones bring a good face of their own; many desktops have this one.
