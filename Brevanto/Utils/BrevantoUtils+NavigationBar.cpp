@@ -4,9 +4,7 @@
 #include "Platform/Interface/NavigationItem.h"
 #include "Platform/Interface/SystemFont.h"
 
-#include <QOperatingSystemVersion>
 #include <QPointer>
-#include <QVersionNumber>
 
 using namespace Platform;
 
@@ -15,15 +13,6 @@ namespace
 
 constexpr QSizeF buttonSize(35, 35);
 constexpr qreal edgeSpace = -6; // moves the icon towards the edge
-
-// The versions that the bars' rules name are those of one system; the others count as later.
-bool systemVersionIsAtLeast(const QString &version)
-{
-    const QOperatingSystemVersion current = QOperatingSystemVersion::current();
-    if (current.type() != QOperatingSystemVersion::IOS)
-        return true;
-    return QVersionNumber(current.majorVersion(), current.minorVersion()) >= QVersionNumber::fromString(version);
-}
 
 BarButtonItem makeButton(ViewController *controller, const QString &imageName, const QString &name, const char *action)
 {
@@ -43,10 +32,8 @@ BarButtonItem makeButton(ViewController *controller, const QString &imageName, c
 void BrevantoUtils::customizeNavBarThroughOutApp()
 {
     NavigationBarAppearance &bar = NavigationBarAppearance::appearance();
-    if (systemVersionIsAtLeast(QStringLiteral("8.0"))) {
-        bar.style = NavigationBarAppearance::Style::Black;
-        bar.translucent = false;
-    }
+    bar.style = NavigationBarAppearance::Style::Black;
+    bar.translucent = false;
     bar.barTintColor = Qt::black;
     bar.tintColor = Qt::white;
     bar.titleFont = SystemFont::medium(16);
@@ -56,6 +43,7 @@ void BrevantoUtils::customizeNavBarThroughOutApp()
 void BrevantoUtils::customizeNavBarFor(ViewController *controller, const QString &title, bool customBackButton,
                                        bool closeButton, bool infoButton)
 {
+    // The style of the bar comes from the application's appearance; only systems older than any with Qt 6 had none.
     if (NavigationController *navigation = controller->navigationController())
         navigation->setNavigationBarShadow({.color = Qt::black, .opacity = 0.3, .offset = QSizeF(0, 2)});
 
@@ -68,6 +56,7 @@ void BrevantoUtils::customizeNavBarFor(ViewController *controller, const QString
             ? makeButton(controller, QStringLiteral("ic_back"), QStringLiteral("Back"), "navBarBackButtonAction")
             : makeButton(controller, QStringLiteral("ic_close"), QStringLiteral("Close"), "navBarBackButtonAction");
         item->setLeftBarButtonItems({BarButtonItem::fixedSpace(edgeSpace), button});
+        controller->allowsInteractivePop = true;
     }
     if (infoButton) {
         item->setRightBarButtonItems({makeButton(controller, QStringLiteral("ic_why"), QStringLiteral("Information"),

@@ -82,6 +82,12 @@ void Presentation::settle()
         m_transition->settle();
 }
 
+void Presentation::updateStatusBar(bool hidden) const
+{
+    if (m_transition->coversPresenter())
+        Application::setStatusBarHidden(hidden);
+}
+
 void Presentation::setPresenterCovered(bool covered)
 {
     if (m_presenter && m_presenter->m_presentedIn)
@@ -114,6 +120,7 @@ void Presentation::end(ViewController *presenter, bool animated, std::function<v
             return;
     }
     presentation->m_completion = std::move(completion);
+    ++presenter->m_leavingCount;
     presentation->m_window->keepUntilGone(std::move(presenter->m_presentation));
     presentation->dismiss(animated);
 }
@@ -167,6 +174,8 @@ void Presentation::didDismiss()
     for (Presentation *level : levels)
         level->m_transition->remove();
     std::unique_ptr<Presentation> gone = m_window->takeGone(this);
+    if (m_presenter)
+        --m_presenter->m_leavingCount;
     m_window->presentationEnded();
     if (const std::function<void()> completion = std::exchange(m_completion, nullptr))
         completion();

@@ -137,7 +137,7 @@ public:
                         std::function<void(bool finished)> completion = {});
     // Puts the view's final values in place. The completions of what was cut short run later, unfinished.
     void removeAllAnimations();
-    // Off: animations show their end at once. For tests and for users who prefer reduced motion.
+    // Off: animations show their end at once.
     static void setAnimationsEnabled(bool enabled);
     static bool areAnimationsEnabled();
 

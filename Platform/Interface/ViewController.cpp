@@ -67,10 +67,13 @@ bool ViewController::goBack()
         return true;
     }
     NavigationController *navigation = navigationController();
-    if (!navigation || navigation->topViewController() != this || navigation->viewControllers().size() < 2)
-        return false;
-    navigation->popViewController(true);
-    return true;
+    if (navigation && navigation->topViewController() == this && navigation->viewControllers().size() > 1) {
+        navigation->popViewController(true);
+        return true;
+    }
+    if (m_presentedIn)
+        dismiss(true);
+    return m_presentedIn != nullptr;
 }
 
 NavigationController *ViewController::navigationController() const
@@ -138,6 +141,8 @@ void ViewController::present(std::unique_ptr<ViewController> controller, bool an
 void ViewController::dismiss(bool animated, std::function<void()> completion)
 {
     ViewController *root = chainRoot();
+    if (!root->m_presentation && root->m_leavingCount > 0)
+        return;
     ViewController *presenter = root->m_presentation ? root : root->presentingViewController();
     if (!presenter || !presenter->m_presentation || presenter->isOnItsWayOut())
         return;
@@ -172,8 +177,13 @@ void ViewController::beginAppearance(bool appearing, bool animated)
         viewWillAppear(animated);
     else
         viewWillDisappear(animated);
+    // Unless the call has turned the way already.
+    if (m_appearance != (appearing ? Appearance::Appearing : Appearance::Disappearing))
+        return;
     if (ViewController *child = shownChild())
         child->beginAppearance(appearing, animated);
+    else if (const Presentation *presentation = chainRoot()->m_presentedIn; appearing && presentation)
+        presentation->updateStatusBar(prefersStatusBarHidden());
 }
 
 void ViewController::endAppearance()

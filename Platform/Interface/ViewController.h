@@ -24,7 +24,7 @@ class Presentation;
 class Transition;
 class Window;
 
-enum class ModalTransitionStyle { CoverVertical = 0, FlipHorizontal = 1, CrossDissolve = 2 };
+enum class ModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 enum class ModalPresentationStyle { FullScreen = 0, Popover = 7 };
 
 // One screen: state and decisions. It owns its view and whoever it presents. The platform calls its life:
@@ -59,10 +59,11 @@ public:
     virtual void viewDidLayoutSubviews() { }
     // The window turns between portrait and landscape; the view has its new size.
     virtual void willAnimateRotation(std::chrono::milliseconds duration) { Q_UNUSED(duration) }
+    // Whether the status bar goes away when the screen appears over the whole window.
     virtual bool prefersStatusBarHidden() const { return false; }
-    virtual void didReceiveMemoryWarning() { }
     // The user asked to go back (Escape, the back key). True when the screen dealt with it. By default a screen that is
-    // not the first of its navigation stack is popped, and a popover asks for its dismissal.
+    // not the first of its navigation stack is popped, a popover asks for its dismissal, and what else is presented
+    // itself is dismissed.
     virtual bool goBack();
 
     // The controller that contains this one; null at the root of a containment chain.
@@ -85,7 +86,8 @@ public:
     void present(std::unique_ptr<ViewController> controller, bool animated, std::function<void()> completion = {});
     // Takes away what this controller presents, with all that is presented above it, or, when it presents nothing, the
     // controller itself. `completion` runs after viewDidDisappear; the controllers taken away are deleted after it.
-    // Without anything to dismiss, or when that is on its way out already, nothing happens, and no completion.
+    // Without anything to dismiss, or while what this controller presented is on its way out still, nothing happens,
+    // and no completion.
     void dismiss(bool animated, std::function<void()> completion = {});
 
     ModalTransitionStyle modalTransitionStyle = ModalTransitionStyle::CoverVertical;
@@ -94,6 +96,8 @@ public:
     QSizeF preferredContentSize;
     // How the controller is shown when it is presented as a popover. Made on first use and owned.
     PopoverPresentationController *popoverPresentationController();
+    // Whether a swipe from the left edge goes back, as the back button does.
+    bool allowsInteractivePop = false;
 
 Q_SIGNALS:
     void toolbarItemsChanged();
@@ -156,6 +160,7 @@ private:
     Appearance m_appearance = Appearance::Gone;
     bool m_appearanceAnimated = false;
     std::unique_ptr<Presentation> m_presentation; // of what this controller, the root of a chain, presents
+    int m_leavingCount = 0; // what this controller presented and is on its way out
     QPointer<Presentation> m_presentedIn; // what shows this controller
     std::unique_ptr<PopoverPresentationController> m_popoverPresentationController;
 };

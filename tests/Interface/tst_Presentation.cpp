@@ -277,6 +277,7 @@ void tst_Presentation::dismissalTwiceIsOne_data()
 {
     QTest::addColumn<bool>("byPresenter");
     QTest::newRow("by the screen") << false;
+    QTest::newRow("by its presenter") << true;
 }
 
 void tst_Presentation::dismissalTwiceIsOne()

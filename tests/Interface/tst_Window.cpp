@@ -40,8 +40,11 @@ public:
         dismiss(false);
         return true;
     }
+    void viewDidLoad() override { Platform::Application::setStatusBarHidden(hidesStatusBar); }
+    bool prefersStatusBarHidden() const override { return hidesStatusBar; }
 
     bool leaves = false;
+    bool hidesStatusBar = false;
 };
 
 // An item that Tab reaches.
@@ -70,7 +73,7 @@ private Q_SLOTS:
     void backKeyStaysTheHostsWithoutScreens();
     void keepsTheHostOut();
     void keepsTheFocusInside();
-    void givesTheFocusBack();
+    void givesTheHostWhatItHad();
     void tapsReachViewsBuiltInCode();
     void opensAddresses();
 
@@ -186,14 +189,19 @@ void tst_Window::keepsTheFocusInside()
     QTRY_VERIFY(screen->view()->isAncestorOf(m_window->window()->activeFocusItem()));
 }
 
-void tst_Window::givesTheFocusBack()
+void tst_Window::givesTheHostWhatItHad()
 {
-    Screen *lower = present();
+    auto *lower = new Screen;
+    lower->hidesStatusBar = true;
+    m_window->root()->present(std::unique_ptr<ViewController>(lower), false);
+    QVERIFY(Platform::Application::isStatusBarHidden());
     QQuickItem *lowerStop = addStop(lower->view());
     lowerStop->forceActiveFocus();
     Screen *upper = present(lower);
+    QVERIFY(!Platform::Application::isStatusBarHidden());
     QTRY_VERIFY(!lowerStop->hasActiveFocus());
     upper->dismiss(false);
+    QVERIFY(Platform::Application::isStatusBarHidden());
     QTRY_COMPARE(m_window->window()->activeFocusItem(), lowerStop);
     lower->dismiss(false);
     QTRY_COMPARE(m_window->window()->activeFocusItem(), m_window->hostItem());
@@ -202,20 +210,36 @@ void tst_Window::givesTheFocusBack()
 void tst_Window::tapsReachViewsBuiltInCode()
 {
     Screen *screen = present();
-    auto *dot = new View(QRectF(100, 100, 20, 20));
-    screen->view()->addSubview(dot);
-    QList<View *> tapped;
-    new Platform::TapRecognizer(dot, QStringLiteral("Dot"), [&](View *view) { tapped.append(view); });
-    m_window->tap(QPointF(110, 110));
-    QTest::mouseClick(m_window->window(), Qt::LeftButton, {}, QPoint(92, 110)); // beside it, within a finger's reach
-    QCOMPARE(tapped, (QList<View *>{dot, dot}));
-    m_window->tap(QPointF(160, 110));
+    QStringList tapped;
+    const auto addDisc = [&](const QString &name, const QPointF &center) {
+        auto *disc = new View(QRectF(center - QPointF(15, 15), QSizeF(30, 30)));
+        disc->setCornerRadius(15);
+        screen->view()->addSubview(disc);
+        new Platform::TapRecognizer(disc, name, [&tapped, name](View *) { tapped.append(name); });
+    };
+    addDisc(QStringLiteral("lower"), {100, 100});
+    addDisc(QStringLiteral("upper"), {134, 100});
+    const QList<std::pair<QPointF, QString>> taps = {
+        {{100, 100}, QStringLiteral("lower")},
+        {{80, 100}, QStringLiteral("lower")}, // beside it, within a finger's reach
+        {{114, 100}, QStringLiteral("lower")}, // on it, within a finger's reach of the other
+        {{116, 100}, QStringLiteral("lower")}, // between them
+        {{118, 100}, QStringLiteral("upper")},
+        {{155, 120}, QStringLiteral("upper")},
+    };
+    for (const auto &[place, name] : taps) {
+        m_window->tap(place);
+        QTest::mouseClick(m_window->window(), Qt::LeftButton, {}, place.toPoint());
+        QCOMPARE(std::exchange(tapped, {}), QStringList({name, name}));
+    }
+    m_window->tap(QPointF(160, 100));
+    QCOMPARE(tapped, QStringList());
     QTest::keyClick(m_window->window(), Qt::Key_Tab);
     QTest::keyClick(m_window->window(), Qt::Key_Space);
-    QCOMPARE(tapped.size(), 3);
+    QCOMPARE(tapped.size(), 1);
     screen->view()->setUserInteractionEnabled(false);
-    m_window->tap(QPointF(110, 110));
-    QCOMPARE(tapped.size(), 3);
+    m_window->tap(QPointF(100, 100));
+    QCOMPARE(tapped.size(), 1);
 }
 
 void tst_Window::opensAddresses()
