@@ -76,9 +76,6 @@ void BrevantoAdVC::doInitialSetup()
 {
     m_backgroundImageView->setClip(true);
     m_backgroundImageView->setContentMode(Platform::ContentMode::ScaleAspectFit);
-    if (!m_matchGroup)
-        return;
-
     const std::shared_ptr<BrevantoMatch> first = firstMatch();
     setImageLoading(true);
     const QPointer<QObject> self(this);
@@ -130,8 +127,9 @@ void BrevantoAdVC::addHotspot(const BrevantoMatch &match, const QRectF &imageRec
 
 void BrevantoAdVC::stopOrStartAnimateHotspotView(bool start)
 {
-    for (qint32 index = 0; index < m_matchGroup->listOfMatches().size(); ++index) {
-        auto *hotspot = qobject_cast<BrevantoHotspotView *>(view()->viewWithTag(firstHotspotTag + index));
+    const QList<QQuickItem *> subviews = m_backgroundImageView->childItems();
+    for (QQuickItem *subview : subviews) {
+        auto *hotspot = qobject_cast<BrevantoHotspotView *>(subview);
         if (!hotspot)
             continue;
         if (start)
@@ -154,7 +152,7 @@ void BrevantoAdVC::navBarBackButtonAction()
 
 std::shared_ptr<BrevantoMatch> BrevantoAdVC::firstMatch() const
 {
-    return m_matchGroup ? m_matchGroup->listOfMatches().value(0) : nullptr;
+    return m_matchGroup->listOfMatches().value(0);
 }
 
 void BrevantoAdVC::setImageLoading(bool loading)

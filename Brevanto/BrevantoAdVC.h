@@ -32,7 +32,8 @@ public:
     // Tag of the marker of the first match; the others follow in the order of the matches.
     static constexpr int firstHotspotTag = 11223344;
 
-    // The group shown, with at least one match; to be set before the screen is shown and not changed afterwards.
+    // The group shown, never null: to be set, with at least one match, before the view is loaded, and not changed
+    // afterwards.
     std::shared_ptr<BrevantoMatchGroup> matchGroup() const { return m_matchGroup; }
     void setMatchGroup(const std::shared_ptr<BrevantoMatchGroup> &matchGroup) { m_matchGroup = matchGroup; }
 
@@ -113,7 +114,7 @@ private:
     void hideBackdrop(std::chrono::milliseconds duration);
     void closePopups();
 
-    std::shared_ptr<BrevantoMatchGroup> m_matchGroup;
+    std::shared_ptr<BrevantoMatchGroup> m_matchGroup = std::make_shared<BrevantoMatchGroup>();
     std::shared_ptr<BrevantoMatch> m_activeMatchObject;
     Platform::View *m_dummyPopoverView = nullptr; // owned as a child
     QPointer<Platform::ImageView> m_backgroundImageView;
