@@ -51,9 +51,9 @@ void BrevantoRecentProductsVC::navBarBackButtonAction()
         navigationController()->popViewController(true);
 }
 
-QSizeF BrevantoRecentProductsVC::sizeForItem()
+QSizeF BrevantoRecentProductsVC::sizeForItem(qreal gridWidth)
 {
-    return {(kScreenWidth - 30) / 2, 210};
+    return {(qMin(kScreenWidth, gridWidth) - 30) / 2, 210};
 }
 
 QString BrevantoRecentProductsVC::titleForItem(int row) const
@@ -94,7 +94,9 @@ void BrevantoRecentProductsVC::didEndDisplaying(Platform::View *cell)
 
 void BrevantoRecentProductsVC::didSelectItem(int row)
 {
-    if (!navigationController() || row < 0 || row >= m_listOfMatchGroups.size())
+    // Two fingers may select two tiles.
+    if (!navigationController() || navigationController()->isInTransition() || row < 0
+        || row >= m_listOfMatchGroups.size())
         return;
     auto adScreen = brevantoStoryboard().instantiate<BrevantoAdVC>(QStringLiteral("BrevantoAdVC"));
     adScreen->setMatchGroup(m_listOfMatchGroups.at(row));

@@ -31,7 +31,8 @@ public:
 
     // What the grid asks. Lengths are in points.
     Q_INVOKABLE int numberOfItemsInSection() const { return static_cast<int>(m_listOfMatchGroups.size()); }
-    Q_INVOKABLE static QSizeF sizeForItem();
+    // Two columns on the screen as it was when the SDK came, or on the grid where that is narrower.
+    Q_INVOKABLE static QSizeF sizeForItem(qreal gridWidth);
     Q_INVOKABLE static qreal insetForSection() { return 10; } // on all four sides
     Q_INVOKABLE static qreal minimumLineSpacingForSection() { return 10; }
     // What a screen reader says of a tile.

@@ -18,7 +18,7 @@ View {
         sourceComponent: ListView {
             id: grid
 
-            readonly property size itemSize: root.controller.sizeForItem()
+            readonly property size itemSize: root.controller.sizeForItem(root.width)
             readonly property real inset: root.controller.insetForSection()
             readonly property int itemCount: root.controller.numberOfItemsInSection()
             readonly property int columns: Math.max(1, Math.floor((width - inset) / (itemSize.width + spacing)))
@@ -82,6 +82,7 @@ View {
                         height: grid.itemSize.height
                         visible: item < grid.itemCount
                         title: root.controller.titleForItem(item)
+                        isListMoving: grid.moving
                         isCurrent: item === grid.currentItemNumber && grid.activeFocus
                         onTapped: root.controller.didSelectItem(item)
                         Component.onCompleted: show()

@@ -10,6 +10,7 @@ View {
     // What a screen reader says.
     property string title
     property bool isCurrent: false
+    property bool isListMoving: false
 
     signal tapped
 
@@ -30,7 +31,7 @@ View {
         anchors.fill: parent
         radius: tile.cornerRadius
         color: "black"
-        opacity: tap.pressed ? 0.12 : 0
+        opacity: tap.pressed && !tap.stopsList ? 0.12 : 0
     }
     Rectangle {
         anchors.fill: parent
@@ -44,6 +45,10 @@ View {
     TapHandler {
         id: tap
 
-        onTapped: tile.tapped()
+        // A touch that stops the moving list is no tap.
+        property bool stopsList: false
+
+        onPressedChanged: if (pressed) stopsList = tile.isListMoving
+        onTapped: if (!stopsList) tile.tapped()
     }
 }

@@ -16,6 +16,7 @@ public:
     ~ScreenWindow();
 
     QQuickWindow *window() { return &m_window; }
+    QPointingDevice *finger() const { return m_finger.get(); }
 
     // Presents a navigation stack whose first screen is an empty one and pushes `screen` onto it; returns the stack
     // when the screen has appeared.

@@ -73,7 +73,8 @@ private Q_SLOTS:
 
 private:
     BrevantoMatchGroupList groups(int count) const;
-    BrevantoRecentProductsVC *open(const QSize &window = {390, 844});
+    // Turned: the window had its sides exchanged when the SDK noted the screen's size.
+    BrevantoRecentProductsVC *open(const QSize &window = {390, 844}, bool turned = false);
     // The tiles alive, in sight or not.
     static QList<Tile> tiles(const BrevantoRecentProductsVC *screen);
     // How many of them show a group.
@@ -119,10 +120,10 @@ BrevantoMatchGroupList tst_BrevantoRecentProductsVC::groups(int count) const
     return groups;
 }
 
-BrevantoRecentProductsVC *tst_BrevantoRecentProductsVC::open(const QSize &window)
+BrevantoRecentProductsVC *tst_BrevantoRecentProductsVC::open(const QSize &window, bool turned)
 {
-    kScreenWidth = window.width();
-    kScreenHeight = window.height();
+    kScreenWidth = turned ? window.height() : window.width();
+    kScreenHeight = turned ? window.width() : window.height();
     m_window = std::make_unique<ScreenWindow>(window);
     auto screen =
         brevantoStoryboard().instantiate<BrevantoRecentProductsVC>(QStringLiteral("BrevantoRecentProductsVC"));
@@ -166,17 +167,20 @@ void tst_BrevantoRecentProductsVC::laysTilesInTwoColumns_data()
 {
     QTest::addColumn<QSize>("window");
     QTest::addColumn<QSizeF>("tile");
-    QTest::newRow("320 points wide") << QSize(320, 568) << QSizeF(145, 210);
-    QTest::newRow("375 points wide") << QSize(375, 667) << QSizeF(172.5, 210);
-    QTest::newRow("393 points wide") << QSize(393, 852) << QSizeF(181.5, 210);
+    QTest::addColumn<bool>("turned");
+    QTest::newRow("320 points wide") << QSize(320, 568) << QSizeF(145, 210) << false;
+    QTest::newRow("375 points wide") << QSize(375, 667) << QSizeF(172.5, 210) << false;
+    QTest::newRow("393 points wide") << QSize(393, 852) << QSizeF(181.5, 210) << false;
+    QTest::newRow("turned since the start") << QSize(360, 700) << QSizeF(165, 210) << true;
 }
 
 void tst_BrevantoRecentProductsVC::laysTilesInTwoColumns()
 {
     QFETCH(QSize, window);
     QFETCH(QSizeF, tile);
+    QFETCH(bool, turned);
     BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(9));
-    const BrevantoRecentProductsVC *screen = open(window);
+    const BrevantoRecentProductsVC *screen = open(window, turned);
     QTRY_VERIFY(areTilesFilled(screen));
     for (const Tile &shown : tiles(screen)) {
         if (shown.row < 0)
@@ -250,13 +254,33 @@ void tst_BrevantoRecentProductsVC::tilesLookLikeCards()
 
 void tst_BrevantoRecentProductsVC::tapOpensTheAdScreen()
 {
-    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(5));
+    BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(40));
     const BrevantoRecentProductsVC *screen = open();
     QTRY_VERIFY(areTilesFilled(screen));
-    const QList<Tile> all = tiles(screen);
-    const auto third = std::find_if(all.begin(), all.end(), [](const Tile &tile) { return tile.row == 3; });
-    QVERIFY(third != all.end());
-    m_window->tap(third->item);
+    const QQuickItem *grid = screen->recentCollectionView();
+    m_window->fling({195, 700}, {195, 300});
+    QVERIFY(grid->property("moving").toBool());
+    m_window->tap(QPointF(100, 400)); // stops the grid, and no more
+    QTRY_VERIFY(!grid->property("moving").toBool());
+    QVERIFY(grid->property("contentY").toReal() > 100);
+    QCOMPARE(m_stack->topViewController(), screen);
+    m_window->fling({195, 200}, {195, 840});
+    QTRY_VERIFY(!grid->property("moving").toBool());
+
+    // Two fingers open one screen.
+    const auto middleOf = [screen](int row) {
+        const QList<Tile> all = tiles(screen);
+        const auto tile = std::find_if(all.begin(), all.end(), [row](const Tile &each) { return each.row == row; });
+        return tile->item->mapToScene(tile->item->boundingRect().center()).toPoint();
+    };
+    const QPoint first = middleOf(3);
+    const QPoint second = middleOf(0);
+    QQuickWindow *window = m_window->window();
+    QPointingDevice *fingers = m_window->finger();
+    QTest::touchEvent(window, fingers).press(0, first, window).press(1, second, window);
+    QTest::touchEvent(window, fingers).release(0, first, window).stationary(1);
+    QTest::touchEvent(window, fingers).release(1, second, window);
+    QCOMPARE(m_stack->viewControllers().size(), std::size_t(3));
     QTRY_VERIFY(qobject_cast<BrevantoAdVC *>(m_stack->topViewController()));
     const auto *ad = qobject_cast<BrevantoAdVC *>(m_stack->topViewController());
     QCOMPARE(ad->matchGroup(), screen->listOfMatchGroups().at(3));
