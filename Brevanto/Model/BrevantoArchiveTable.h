@@ -1,28 +1,27 @@
 #pragma once
 
+#include "Brevanto/Model/BrevantoFieldValues.h"
 #include "Platform/Foundation/KeyedArchiver.h"
 #include "Platform/Foundation/KeyedUnarchiver.h"
 
 #include <QLatin1StringView>
-#include <QVariant>
 
-// A record's archive form: its fields and their keys, written and read in the table's order.
-template <class Record>
+// A record's archive form: the keys of its fields, written and read in the table's order.
 struct BrevantoArchiveEntry {
     QLatin1StringView key;
-    QVariant Record::*field;
+    int field;
 };
 
-template <class Record, class Table>
-void encodeWithTable(const Table &table, const Record &record, Platform::KeyedArchiver &coder)
+template <class Table>
+void encodeWithTable(const Table &table, const BrevantoFieldValues &fields, Platform::KeyedArchiver &coder)
 {
-    for (const BrevantoArchiveEntry<Record> &entry : table)
-        coder.encodeObject(record.*entry.field, entry.key);
+    for (const BrevantoArchiveEntry &entry : table)
+        coder.encodeObject(fields.value(entry.field), entry.key);
 }
 
-template <class Record, class Table>
-void initWithTable(const Table &table, Record &record, Platform::KeyedUnarchiver &coder)
+template <class Table>
+void initWithTable(const Table &table, BrevantoFieldValues &fields, Platform::KeyedUnarchiver &coder)
 {
-    for (const BrevantoArchiveEntry<Record> &entry : table)
-        record.*entry.field = coder.decodeObjectForKey(entry.key);
+    for (const BrevantoArchiveEntry &entry : table)
+        fields.setValue(entry.field, coder.decodeObjectForKey(entry.key));
 }

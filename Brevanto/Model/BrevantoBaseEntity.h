@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Brevanto/BrevantoExport.h"
-
-#include <QVariant>
+#include "Brevanto/Model/BrevantoFieldValues.h"
 
 class QJsonValue;
 
@@ -21,17 +19,19 @@ public:
     // not trimmed; 0, false, empty lists and empty objects are valid.
     static bool isValid(const QJsonValue &value);
 
-    const QVariant &source() const { return m_source; } // name of the publishing source
-    void setSource(QVariant source) { m_source = std::move(source); }
-    const QVariant &language() const { return m_language; }
-    void setLanguage(QVariant language) { m_language = std::move(language); }
-    const QVariant &section() const { return m_section; } // department of the content
-    void setSection(QVariant section) { m_section = std::move(section); }
+    const QVariant &source() const { return m_fields.value(Field::source); } // name of the publishing source
+    void setSource(QVariant source) { m_fields.setValue(Field::source, std::move(source)); }
+    const QVariant &language() const { return m_fields.value(Field::language); }
+    void setLanguage(QVariant language) { m_fields.setValue(Field::language, std::move(language)); }
+    const QVariant &section() const { return m_fields.value(Field::section); } // department of the content
+    void setSection(QVariant section) { m_fields.setValue(Field::section, std::move(section)); }
 
 protected:
-    QVariant m_source;
-    QVariant m_language;
-    QVariant m_section;
+    struct Field {
+        enum { source, language, section, count };
+    };
+
+    BrevantoFieldValues m_fields;
 
 private:
     Q_DISABLE_COPY_MOVE(BrevantoBaseEntity)

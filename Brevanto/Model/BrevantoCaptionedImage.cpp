@@ -7,9 +7,9 @@
 using namespace Qt::StringLiterals;
 
 struct BrevantoCaptionedImage::Archive {
-    static constexpr auto fields = std::to_array<BrevantoArchiveEntry<BrevantoCaptionedImage>>({
-        {"imageURL"_L1, &BrevantoCaptionedImage::m_imageURL},
-        {"captionText"_L1, &BrevantoCaptionedImage::m_captionText},
+    static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
+        {"imageURL"_L1, Field::imageURL},
+        {"captionText"_L1, Field::captionText},
     });
 };
 
@@ -22,10 +22,10 @@ QString BrevantoCaptionedImage::className() const
 
 void BrevantoCaptionedImage::encodeWithCoder(Platform::KeyedArchiver &coder) const
 {
-    encodeWithTable(Archive::fields, *this, coder);
+    encodeWithTable(Archive::fields, m_fields, coder);
 }
 
 void BrevantoCaptionedImage::initWithCoder(Platform::KeyedUnarchiver &coder)
 {
-    initWithTable(Archive::fields, *this, coder);
+    initWithTable(Archive::fields, m_fields, coder);
 }

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Brevanto/BrevantoExport.h"
+#include "Brevanto/Model/BrevantoFieldValues.h"
 #include "Platform/Foundation/Codable.h"
-
-#include <QVariant>
 
 // A gallery image with its caption. Null fields: see BrevantoBaseEntity.
 class BREVANTO_EXPORT BrevantoCaptionedImage : public Platform::Codable
@@ -12,10 +10,10 @@ public:
     BrevantoCaptionedImage() = default;
     ~BrevantoCaptionedImage() override;
 
-    const QVariant &imageURL() const { return m_imageURL; }
-    void setImageURL(QVariant imageURL) { m_imageURL = std::move(imageURL); }
-    const QVariant &captionText() const { return m_captionText; }
-    void setCaptionText(QVariant captionText) { m_captionText = std::move(captionText); }
+    const QVariant &imageURL() const { return m_fields.value(Field::imageURL); }
+    void setImageURL(QVariant imageURL) { m_fields.setValue(Field::imageURL, std::move(imageURL)); }
+    const QVariant &captionText() const { return m_fields.value(Field::captionText); }
+    void setCaptionText(QVariant captionText) { m_fields.setValue(Field::captionText, std::move(captionText)); }
 
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
@@ -23,7 +21,9 @@ public:
 
 private:
     struct Archive;
+    struct Field {
+        enum { imageURL, captionText };
+    };
 
-    QVariant m_imageURL;
-    QVariant m_captionText;
+    BrevantoFieldValues m_fields;
 };

@@ -7,10 +7,10 @@
 using namespace Qt::StringLiterals;
 
 struct BrevantoCatalogueImage::Archive {
-    static constexpr auto fields = std::to_array<BrevantoArchiveEntry<BrevantoCatalogueImage>>({
-        {"imageURL"_L1, &BrevantoCatalogueImage::m_imageURL},
-        {"captionText"_L1, &BrevantoCatalogueImage::m_captionText},
-        {"buyURL"_L1, &BrevantoCatalogueImage::m_buyURL},
+    static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
+        {"imageURL"_L1, Field::imageURL},
+        {"captionText"_L1, Field::captionText},
+        {"buyURL"_L1, Field::buyURL},
     });
 };
 
@@ -23,10 +23,10 @@ QString BrevantoCatalogueImage::className() const
 
 void BrevantoCatalogueImage::encodeWithCoder(Platform::KeyedArchiver &coder) const
 {
-    encodeWithTable(Archive::fields, *this, coder);
+    encodeWithTable(Archive::fields, m_fields, coder);
 }
 
 void BrevantoCatalogueImage::initWithCoder(Platform::KeyedUnarchiver &coder)
 {
-    initWithTable(Archive::fields, *this, coder);
+    initWithTable(Archive::fields, m_fields, coder);
 }

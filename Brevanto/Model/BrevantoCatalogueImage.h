@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Brevanto/BrevantoExport.h"
+#include "Brevanto/Model/BrevantoFieldValues.h"
 #include "Platform/Foundation/Codable.h"
-
-#include <QVariant>
 
 // A catalogue image with its caption and a link where the product is sold. Null fields: see BrevantoBaseEntity.
 class BREVANTO_EXPORT BrevantoCatalogueImage : public Platform::Codable
@@ -12,12 +10,12 @@ public:
     BrevantoCatalogueImage() = default;
     ~BrevantoCatalogueImage() override;
 
-    const QVariant &imageURL() const { return m_imageURL; }
-    void setImageURL(QVariant imageURL) { m_imageURL = std::move(imageURL); }
-    const QVariant &captionText() const { return m_captionText; }
-    void setCaptionText(QVariant captionText) { m_captionText = std::move(captionText); }
-    const QVariant &buyURL() const { return m_buyURL; }
-    void setBuyURL(QVariant buyURL) { m_buyURL = std::move(buyURL); }
+    const QVariant &imageURL() const { return m_fields.value(Field::imageURL); }
+    void setImageURL(QVariant imageURL) { m_fields.setValue(Field::imageURL, std::move(imageURL)); }
+    const QVariant &captionText() const { return m_fields.value(Field::captionText); }
+    void setCaptionText(QVariant captionText) { m_fields.setValue(Field::captionText, std::move(captionText)); }
+    const QVariant &buyURL() const { return m_fields.value(Field::buyURL); }
+    void setBuyURL(QVariant buyURL) { m_fields.setValue(Field::buyURL, std::move(buyURL)); }
 
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
@@ -25,8 +23,9 @@ public:
 
 private:
     struct Archive;
+    struct Field {
+        enum { imageURL, captionText, buyURL };
+    };
 
-    QVariant m_imageURL;
-    QVariant m_captionText;
-    QVariant m_buyURL;
+    BrevantoFieldValues m_fields;
 };

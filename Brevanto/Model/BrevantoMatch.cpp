@@ -12,69 +12,80 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(sizeof(BrevantoMatch) <= 64, "an answer of a few megabytes may hold a million empty matches");
+
 struct BrevantoMatch::Archive {
     // In the order of writing. The links carry the names that the service's JSON has for them.
-    static constexpr auto written = std::to_array<BrevantoArchiveEntry<BrevantoMatch>>({
-        {"historyDate"_L1, &BrevantoMatch::m_historyDate},
-        {"title"_L1, &BrevantoMatch::m_title},
-        {"source"_L1, &BrevantoMatch::m_source},
-        {"ID"_L1, &BrevantoMatch::m_ID},
-        {"date"_L1, &BrevantoMatch::m_date},
-        {"desc"_L1, &BrevantoMatch::m_desc},
-        {"shouldDisplayBannerAd"_L1, &BrevantoMatch::m_shouldDisplayBannerAd},
-        {"weblink"_L1, &BrevantoMatch::m_weblink},
-        {"author"_L1, &BrevantoMatch::m_author},
-        {"tagFolder"_L1, &BrevantoMatch::m_tagFolder},
-        {"comments"_L1, &BrevantoMatch::m_comments},
-        {"vids"_L1, &BrevantoMatch::m_vids},
-        {"images"_L1, &BrevantoMatch::m_images},
-        {"relatedArticles"_L1, &BrevantoMatch::m_relatedArticles},
-        {"relatedPolls"_L1, &BrevantoMatch::m_relatedPolls},
-        {"relatedQuiz"_L1, &BrevantoMatch::m_relatedQuiz},
-        {"relatedAds"_L1, &BrevantoMatch::m_relatedAds},
-        {"relatedAudios"_L1, &BrevantoMatch::m_relatedAudios},
-        {"imageGallery"_L1, &BrevantoMatch::m_imageGallery},
-        {"captionImages"_L1, &BrevantoMatch::m_captionImages},
-        {"category"_L1, &BrevantoMatch::m_category},
-        {"app_img"_L1, &BrevantoMatch::m_backgroundImageUrl},
-        {"vid_urls"_L1, &BrevantoMatch::m_youTubeVideoUrl},
-        {"aud_url"_L1, &BrevantoMatch::m_audioUrl},
-        {"commerce_url"_L1, &BrevantoMatch::m_buyUrl},
-        {"ad_reviews_url"_L1, &BrevantoMatch::m_reviewUrl},
-        {"url"_L1, &BrevantoMatch::m_websiteUrl},
-        {"thumbUrl"_L1, &BrevantoMatch::m_thumbnailUrl},
-        {"relatedAdImages"_L1, &BrevantoMatch::m_relatedAdImages},
-        {"adCatalogue"_L1, &BrevantoMatch::m_adCatalogue},
-        {"phoneNumber"_L1, &BrevantoMatch::m_phoneNumber},
-        {"adthemeColorString"_L1, &BrevantoMatch::m_adthemeColorString},
-        {"display_source"_L1, &BrevantoMatch::m_display_source},
-        {"section"_L1, &BrevantoMatch::m_section},
-        {"language"_L1, &BrevantoMatch::m_language},
-        {"isQuiz"_L1, &BrevantoMatch::m_isQuiz},
-        {"endStatement"_L1, &BrevantoMatch::m_endStatement},
-        {"altStatement"_L1, &BrevantoMatch::m_altStatement},
-        {"questions"_L1, &BrevantoMatch::m_questions},
-        {"downloadedTime"_L1, &BrevantoMatch::m_downloadedTime},
-        {"nativeAdPosition"_L1, &BrevantoMatch::m_nativeAdPosition},
-        {"shareURL"_L1, &BrevantoMatch::m_shareURL},
-        {"relatedItemsCount"_L1, &BrevantoMatch::m_relatedItemsCount},
-        {"isSpecialArticle"_L1, &BrevantoMatch::m_isSpecialArticle},
-        {"title_color"_L1, &BrevantoMatch::m_titleColor},
-        {"hasRelatedQuiz"_L1, &BrevantoMatch::m_hasRelatedQuiz},
-        {"hasRelatedPoll"_L1, &BrevantoMatch::m_hasRelatedPoll},
-        {"xPercent"_L1, &BrevantoMatch::m_xPercent},
-        {"yPercent"_L1, &BrevantoMatch::m_yPercent},
+    static constexpr auto written = std::to_array<BrevantoArchiveEntry>({
+        {"historyDate"_L1, historyDateField},
+        {"title"_L1, titleField},
+        {"source"_L1, Field::source},
+        {"ID"_L1, IDField},
+        {"date"_L1, dateField},
+        {"desc"_L1, descField},
+        {"shouldDisplayBannerAd"_L1, shouldDisplayBannerAdField},
+        {"weblink"_L1, weblinkField},
+        {"author"_L1, authorField},
+        {"tagFolder"_L1, tagFolderField},
+        {"comments"_L1, commentsField},
+        {"vids"_L1, vidsField},
+        {"images"_L1, imagesField},
+        {"relatedArticles"_L1, relatedArticlesField},
+        {"relatedPolls"_L1, relatedPollsField},
+        {"relatedQuiz"_L1, relatedQuizField},
+        {"relatedAds"_L1, relatedAdsField},
+        {"relatedAudios"_L1, relatedAudiosField},
+        {"imageGallery"_L1, imageGalleryField},
+        {"captionImages"_L1, captionImagesField},
+        {"category"_L1, categoryField},
+        {"app_img"_L1, backgroundImageUrlField},
+        {"vid_urls"_L1, youTubeVideoUrlField},
+        {"aud_url"_L1, audioUrlField},
+        {"commerce_url"_L1, buyUrlField},
+        {"ad_reviews_url"_L1, reviewUrlField},
+        {"url"_L1, websiteUrlField},
+        {"thumbUrl"_L1, thumbnailUrlField},
+        {"relatedAdImages"_L1, relatedAdImagesField},
+        {"adCatalogue"_L1, adCatalogueField},
+        {"phoneNumber"_L1, phoneNumberField},
+        {"adthemeColorString"_L1, adthemeColorStringField},
+        {"display_source"_L1, display_sourceField},
+        {"section"_L1, Field::section},
+        {"language"_L1, Field::language},
+        {"isQuiz"_L1, isQuizField},
+        {"endStatement"_L1, endStatementField},
+        {"altStatement"_L1, altStatementField},
+        {"questions"_L1, questionsField},
+        {"downloadedTime"_L1, downloadedTimeField},
+        {"nativeAdPosition"_L1, nativeAdPositionField},
+        {"shareURL"_L1, shareURLField},
+        {"relatedItemsCount"_L1, relatedItemsCountField},
+        {"isSpecialArticle"_L1, isSpecialArticleField},
+        {"title_color"_L1, titleColorField},
+        {"hasRelatedQuiz"_L1, hasRelatedQuizField},
+        {"hasRelatedPoll"_L1, hasRelatedPollField},
+        {"xPercent"_L1, xPercentField},
+        {"yPercent"_L1, yPercentField},
     });
+
+    static_assert(
+        [] {
+            quint64 numbers = 0;
+            for (const BrevantoArchiveEntry &entry : written)
+                numbers |= quint64(1) << entry.field;
+            return numbers == (quint64(1) << written.size()) - 1;
+        }(),
+        "each field has a number of its own");
 
     // Reading differs in two places, which shows only in what is left out after an exception.
     static constexpr auto read = [] {
         auto fields = written;
-        const auto position = [&fields](QVariant BrevantoMatch::*field) {
-            return std::ranges::find(fields, field, &BrevantoArchiveEntry<BrevantoMatch>::field);
+        const auto position = [&fields](int field) {
+            return std::ranges::find(fields, field, &BrevantoArchiveEntry::field);
         };
-        const auto audios = position(&BrevantoMatch::m_relatedAudios);
-        std::rotate(audios, audios + 1, position(&BrevantoMatch::m_captionImages) + 1);
-        std::iter_swap(position(&BrevantoMatch::m_shareURL), position(&BrevantoMatch::m_relatedItemsCount));
+        const auto audios = position(relatedAudiosField);
+        std::rotate(audios, audios + 1, position(captionImagesField) + 1);
+        std::iter_swap(position(shareURLField), position(relatedItemsCountField));
         return fields;
     }();
 };
@@ -99,16 +110,16 @@ std::optional<BrevantoMatchList> BrevantoMatch::populateMatchesUsingArray(const 
 const QVariantList &BrevantoMatch::galleryDataSource() const
 {
     if (!m_galleryDataSource) {
-        m_galleryDataSource.emplace();
-        for (const QVariant *field : {&m_images, &m_captionImages, &m_imageGallery, &m_relatedAdImages, &m_adCatalogue})
-            m_galleryDataSource->append(BrevantoFields::list(*field));
+        m_galleryDataSource = std::make_unique<QVariantList>();
+        for (const QVariant &field : {images(), captionImages(), imageGallery(), relatedAdImages(), adCatalogue()})
+            m_galleryDataSource->append(BrevantoFields::list(field));
     }
     return *m_galleryDataSource;
 }
 
 const QVariant &BrevantoMatch::sourceTitle() const
 {
-    return BrevantoFields::text(m_display_source).isEmpty() ? m_source : m_display_source;
+    return BrevantoFields::text(display_source()).isEmpty() ? source() : display_source();
 }
 
 QString BrevantoMatch::className() const
@@ -118,10 +129,10 @@ QString BrevantoMatch::className() const
 
 void BrevantoMatch::encodeWithCoder(Platform::KeyedArchiver &coder) const
 {
-    encodeWithTable(Archive::written, *this, coder);
+    encodeWithTable(Archive::written, m_fields, coder);
 }
 
 void BrevantoMatch::initWithCoder(Platform::KeyedUnarchiver &coder)
 {
-    initWithTable(Archive::read, *this, coder);
+    initWithTable(Archive::read, m_fields, coder);
 }

@@ -24,66 +24,68 @@ public:
     // their field null. Nothing when the input is null or no list.
     static std::optional<BrevantoMatchList> populateMatchesUsingArray(const QJsonValue &array);
 
-#define BREVANTO_FIELD(name, setter)                                                                                   \
+// The numbers are those of the fields in BrevantoFieldValues; the base entity has the first three.
+#define BREVANTO_FIELD(number, name, setter)                                                                           \
 private:                                                                                                               \
-    QVariant m_##name;                                                                                                 \
+    static constexpr int name##Field = number;                                                                         \
                                                                                                                        \
 public:                                                                                                                \
     const QVariant &name() const                                                                                       \
     {                                                                                                                  \
-        return m_##name;                                                                                               \
+        return m_fields.value(number);                                                                                 \
     }                                                                                                                  \
     void setter(QVariant value)                                                                                        \
     {                                                                                                                  \
-        m_##name = std::move(value);                                                                                   \
+        m_fields.setValue(number, std::move(value));                                                                   \
     }
 
-    BREVANTO_FIELD(title, setTitle) // headline
-    BREVANTO_FIELD(ID, setID) // identifier, text
-    BREVANTO_FIELD(date, setDate) // date text
-    BREVANTO_FIELD(desc, setDesc) // description
-    BREVANTO_FIELD(weblink, setWeblink) // address of the article or page
-    BREVANTO_FIELD(author, setAuthor)
-    BREVANTO_FIELD(category, setCategory)
-    BREVANTO_FIELD(backgroundImageUrl, setBackgroundImageUrl) // address of the ad image
-    BREVANTO_FIELD(youTubeVideoUrl, setYouTubeVideoUrl)
-    BREVANTO_FIELD(audioUrl, setAudioUrl)
-    BREVANTO_FIELD(buyUrl, setBuyUrl)
-    BREVANTO_FIELD(reviewUrl, setReviewUrl)
-    BREVANTO_FIELD(websiteUrl, setWebsiteUrl)
-    BREVANTO_FIELD(phoneNumber, setPhoneNumber)
-    BREVANTO_FIELD(adthemeColorString, setAdthemeColorString) // hexadecimal text behind "0x"
-    BREVANTO_FIELD(relatedAdImages, setRelatedAdImages) // list of image addresses
-    BREVANTO_FIELD(adCatalogue, setAdCatalogue) // list of BrevantoCatalogueImage
-    BREVANTO_FIELD(thumbnailUrl, setThumbnailUrl)
-    BREVANTO_FIELD(tagFolder, setTagFolder)
-    BREVANTO_FIELD(comments, setComments) // list; archived, never filled from JSON
-    BREVANTO_FIELD(vids, setVids) // list of BrevantoRelatedContent
-    BREVANTO_FIELD(images, setImages) // list of image addresses
-    BREVANTO_FIELD(imageGallery, setImageGallery) // list of image addresses
-    BREVANTO_FIELD(captionImages, setCaptionImages) // list of BrevantoCaptionedImage
-    BREVANTO_FIELD(relatedArticles, setRelatedArticles) // list of BrevantoRelatedContent
-    BREVANTO_FIELD(relatedAudios, setRelatedAudios) // list, as sent
-    BREVANTO_FIELD(questions, setQuestions) // list; archived, never filled from JSON
-    BREVANTO_FIELD(historyDate, setHistoryDate) // date-time; archived, never filled from JSON
-    BREVANTO_FIELD(display_source, setDisplay_source) // name of the source to show
-    BREVANTO_FIELD(endStatement, setEndStatement) // archived, never filled from JSON
-    BREVANTO_FIELD(altStatement, setAltStatement) // archived, never filled from JSON
-    BREVANTO_FIELD(isQuiz, setIsQuiz) // number; archived, never filled from JSON
-    BREVANTO_FIELD(relatedAds, setRelatedAds) // list of BrevantoRelatedContent
-    BREVANTO_FIELD(relatedPolls, setRelatedPolls) // list of BrevantoRelatedContent
-    BREVANTO_FIELD(relatedQuiz, setRelatedQuiz) // list of BrevantoRelatedContent
-    BREVANTO_FIELD(downloadedTime, setDownloadedTime) // date-time of parsing, set when a count of related content came
-    BREVANTO_FIELD(nativeAdPosition, setNativeAdPosition) // number
-    BREVANTO_FIELD(relatedItemsCount, setRelatedItemsCount) // number; archived, never filled from JSON
-    BREVANTO_FIELD(shareURL, setShareURL)
-    BREVANTO_FIELD(shouldDisplayBannerAd, setShouldDisplayBannerAd)
-    BREVANTO_FIELD(isSpecialArticle, setIsSpecialArticle) // text
-    BREVANTO_FIELD(titleColor, setTitleColor)
-    BREVANTO_FIELD(hasRelatedQuiz, setHasRelatedQuiz) // true or null
-    BREVANTO_FIELD(hasRelatedPoll, setHasRelatedPoll) // true or null
-    BREVANTO_FIELD(xPercent, setXPercent) // number, hotspot position in percent of the ad image's width
-    BREVANTO_FIELD(yPercent, setYPercent) // number, hotspot position in percent of the ad image's height
+    BREVANTO_FIELD(3, title, setTitle) // headline
+    BREVANTO_FIELD(4, ID, setID) // identifier, text
+    BREVANTO_FIELD(5, date, setDate) // date text
+    BREVANTO_FIELD(6, desc, setDesc) // description
+    BREVANTO_FIELD(7, weblink, setWeblink) // address of the article or page
+    BREVANTO_FIELD(8, author, setAuthor)
+    BREVANTO_FIELD(9, category, setCategory)
+    BREVANTO_FIELD(10, backgroundImageUrl, setBackgroundImageUrl) // address of the ad image
+    BREVANTO_FIELD(11, youTubeVideoUrl, setYouTubeVideoUrl)
+    BREVANTO_FIELD(12, audioUrl, setAudioUrl)
+    BREVANTO_FIELD(13, buyUrl, setBuyUrl)
+    BREVANTO_FIELD(14, reviewUrl, setReviewUrl)
+    BREVANTO_FIELD(15, websiteUrl, setWebsiteUrl)
+    BREVANTO_FIELD(16, phoneNumber, setPhoneNumber)
+    BREVANTO_FIELD(17, adthemeColorString, setAdthemeColorString) // hexadecimal text behind "0x"
+    BREVANTO_FIELD(18, relatedAdImages, setRelatedAdImages) // list of image addresses
+    BREVANTO_FIELD(19, adCatalogue, setAdCatalogue) // list of BrevantoCatalogueImage
+    BREVANTO_FIELD(20, thumbnailUrl, setThumbnailUrl)
+    BREVANTO_FIELD(21, tagFolder, setTagFolder)
+    BREVANTO_FIELD(22, comments, setComments) // list; archived, never filled from JSON
+    BREVANTO_FIELD(23, vids, setVids) // list of BrevantoRelatedContent
+    BREVANTO_FIELD(24, images, setImages) // list of image addresses
+    BREVANTO_FIELD(25, imageGallery, setImageGallery) // list of image addresses
+    BREVANTO_FIELD(26, captionImages, setCaptionImages) // list of BrevantoCaptionedImage
+    BREVANTO_FIELD(27, relatedArticles, setRelatedArticles) // list of BrevantoRelatedContent
+    BREVANTO_FIELD(28, relatedAudios, setRelatedAudios) // list, as sent
+    BREVANTO_FIELD(29, questions, setQuestions) // list; archived, never filled from JSON
+    BREVANTO_FIELD(30, historyDate, setHistoryDate) // date-time; archived, never filled from JSON
+    BREVANTO_FIELD(31, display_source, setDisplay_source) // name of the source to show
+    BREVANTO_FIELD(32, endStatement, setEndStatement) // archived, never filled from JSON
+    BREVANTO_FIELD(33, altStatement, setAltStatement) // archived, never filled from JSON
+    BREVANTO_FIELD(34, isQuiz, setIsQuiz) // number; archived, never filled from JSON
+    BREVANTO_FIELD(35, relatedAds, setRelatedAds) // list of BrevantoRelatedContent
+    BREVANTO_FIELD(36, relatedPolls, setRelatedPolls) // list of BrevantoRelatedContent
+    BREVANTO_FIELD(37, relatedQuiz, setRelatedQuiz) // list of BrevantoRelatedContent
+    BREVANTO_FIELD(38, downloadedTime,
+                   setDownloadedTime) // date-time of parsing, set when a count of related content came
+    BREVANTO_FIELD(39, nativeAdPosition, setNativeAdPosition) // number
+    BREVANTO_FIELD(40, relatedItemsCount, setRelatedItemsCount) // number; archived, never filled from JSON
+    BREVANTO_FIELD(41, shareURL, setShareURL)
+    BREVANTO_FIELD(42, shouldDisplayBannerAd, setShouldDisplayBannerAd)
+    BREVANTO_FIELD(43, isSpecialArticle, setIsSpecialArticle) // text
+    BREVANTO_FIELD(44, titleColor, setTitleColor)
+    BREVANTO_FIELD(45, hasRelatedQuiz, setHasRelatedQuiz) // true or null
+    BREVANTO_FIELD(46, hasRelatedPoll, setHasRelatedPoll) // true or null
+    BREVANTO_FIELD(47, xPercent, setXPercent) // number, hotspot position in percent of the ad image's width
+    BREVANTO_FIELD(48, yPercent, setYPercent) // number, hotspot position in percent of the ad image's height
 #undef BREVANTO_FIELD
 
     // The pictures of the photo gallery: the entries of images, captionImages, imageGallery, relatedAdImages and
@@ -92,7 +94,7 @@ public:                                                                         
     const QVariantList &galleryDataSource() const;
     void setGalleryDataSource(QVariantList galleryDataSource)
     {
-        m_galleryDataSource = std::move(galleryDataSource);
+        m_galleryDataSource = std::make_unique<QVariantList>(std::move(galleryDataSource));
     }
 
     // `display_source` unless it is null or empty, else `source`, which may be null.
@@ -105,5 +107,5 @@ public:                                                                         
 private:
     struct Archive;
 
-    mutable std::optional<QVariantList> m_galleryDataSource;
+    mutable std::unique_ptr<QVariantList> m_galleryDataSource;
 };

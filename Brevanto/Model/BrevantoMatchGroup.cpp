@@ -11,7 +11,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr auto adImageUrlKey = "adImageUrl"_L1;
 constexpr auto listOfMatchesKey = "listOfMatches"_L1;
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "Brevanto/Model/BrevantoMatch.h"
 
+#include <QLatin1StringView>
+
 class BrevantoMatchGroup;
 using BrevantoMatchGroupList = QList<std::shared_ptr<BrevantoMatchGroup>>;
 
@@ -19,6 +21,9 @@ public:
     // order. Matches without an ad image address belong to no group. A group made here has an address and at least one
     // match.
     static BrevantoMatchGroupList groupMatchesByAdImageUrl(const BrevantoMatchList &matches);
+
+    // Under which archives have the address.
+    static constexpr QLatin1StringView adImageUrlKey{"adImageUrl"};
 
     // A null QString is null.
     const QString &adImageUrl() const { return m_adImageUrl; }

@@ -4,7 +4,6 @@
 #include "Brevanto/Model/BrevantoCatalogueImage.h"
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoMatch.h"
-#include "Brevanto/Model/BrevantoMatchObject.h"
 #include "Brevanto/Model/BrevantoRelatedContent.h"
 
 #include <QDateTime>
@@ -18,6 +17,41 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+// JSON text can hold half of a surrogate pair, which an archive cannot. It is replaced here, so that a record equals
+// what is read back of it.
+QString wellFormed(const QString &text)
+{
+    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+}
+
+// The value as a record field keeps it.
+QVariant fieldValue(const QJsonValue &value)
+{
+    if (value.isString())
+        return wellFormed(value.toString());
+    if (value.isArray()) {
+        QVariantList list;
+        const QJsonArray array = value.toArray();
+        list.reserve(array.size());
+        for (const auto entry : array)
+            list.append(fieldValue(entry));
+        return list;
+    }
+    if (value.isObject()) {
+        QVariantMap map;
+        const QJsonObject object = value.toObject();
+        for (auto entry = object.begin(); entry != object.end(); ++entry)
+            map.insert(wellFormed(entry.key()), fieldValue(entry.value()));
+        return map;
+    }
+    return value.toVariant();
+}
+
+QVariant validValue(const QJsonValue &value)
+{
+    return BrevantoBaseEntity::isValid(value) ? fieldValue(value) : QVariant();
+}
+
 // The setters of Record take what they are given; a value that is not valid leaves the field untouched.
 template <class Record, class Base>
 void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
@@ -29,26 +63,18 @@ void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
 template <class Record, class Base>
 void takeValid(Record &record, void (Base::*setter)(QVariant), const QJsonObject &object, QLatin1StringView key)
 {
-    if (const auto entry = object.constFind(key); entry != object.constEnd())
-        take(record, setter, brevantoValidValue(*entry));
+    take(record, setter, validValue(object.value(key)));
 }
 
-template <class Base>
-void takeValid(BrevantoMatch &match, void (Base::*setter)(QVariant), const BrevantoMatchObject &object,
-               BrevantoMatchKey key)
+void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
+              QLatin1StringView key)
 {
-    take(match, setter, object.validValue(key));
+    if (const QJsonValue value = object.value(key); value.isString())
+        take(match, setter, validValue(value));
 }
 
-void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
-              BrevantoMatchKey key)
-{
-    if (QVariant value = object.validValue(key); value.typeId() == QMetaType::QString)
-        take(match, setter, std::move(value));
-}
-
-void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
-                BrevantoMatchKey key)
+void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
+                QLatin1StringView key)
 {
     if (const QJsonValue value = object.value(key); value.isDouble())
         take(match, setter, value.toVariant());
@@ -59,7 +85,7 @@ QVariantList validEntries(const QJsonArray &array)
     QVariantList entries;
     entries.reserve(array.size());
     for (const auto entry : array) {
-        if (QVariant value = brevantoValidValue(entry); value.isValid())
+        if (QVariant value = validValue(entry); value.isValid())
             entries.append(std::move(value));
     }
     return entries;
@@ -88,29 +114,29 @@ QVariant firstEntry(const QVariant &field)
     return BrevantoFields::list(field).value(0);
 }
 
-void mapAuthor(BrevantoMatch &match, const BrevantoMatchObject &object, BrevantoMatchKey key)
+void mapAuthor(BrevantoMatch &match, const QJsonObject &object, QLatin1StringView key)
 {
     const QJsonValue author = object.value(key);
     if (author.isString())
-        take(match, &BrevantoMatch::setAuthor, brevantoValidValue(author));
+        take(match, &BrevantoMatch::setAuthor, validValue(author));
     else if (const QJsonArray names = author.toArray(); !names.isEmpty() && !names.first().isNull())
-        match.setAuthor(names.first().toVariant());
+        match.setAuthor(fieldValue(names.first()));
 }
 
 // Text is taken even when it is empty.
-void mapID(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapID(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QJsonValue id = object.value("id");
+    const QJsonValue id = object.value("id"_L1);
     if (id.isString() || id.isDouble())
-        match.setID(BrevantoFields::text(id.toVariant()));
+        match.setID(BrevantoFields::text(fieldValue(id)));
 }
 
 // The first entry tells what the service sent: objects with addresses, or the addresses themselves.
-void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapImages(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QJsonValue images = object.value("images");
+    const QJsonValue images = object.value("images"_L1);
     if (images.isString())
-        match.setImages(QVariantList{images.toString()});
+        match.setImages(QVariantList{fieldValue(images)});
     if (!images.isArray())
         return;
 
@@ -120,19 +146,19 @@ void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
         addresses = validEntries(array);
     } else if (array.first().isObject()) {
         for (const auto entry : array) {
-            if (QVariant address = brevantoValidValue(entry.toObject().value("url"_L1)); address.isValid())
+            if (QVariant address = validValue(entry.toObject().value("url"_L1)); address.isValid())
                 addresses.append(std::move(address));
         }
     }
     match.setImages(addresses);
 }
 
-void mapImageGalleries(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapImageGalleries(BrevantoMatch &match, const QJsonObject &object)
 {
-    if (const QJsonValue gallery = object.value("imageGallery"); gallery.isArray())
+    if (const QJsonValue gallery = object.value("imageGallery"_L1); gallery.isArray())
         match.setImageGallery(validEntries(gallery.toArray()));
 
-    const QJsonValue captioned = object.value("imageGalleryCaption");
+    const QJsonValue captioned = object.value("imageGalleryCaption"_L1);
     if (!captioned.isArray())
         return;
     match.setCaptionImages(recordsFrom(captioned.toArray(), [](const QJsonObject &entry) {
@@ -143,10 +169,10 @@ void mapImageGalleries(BrevantoMatch &match, const BrevantoMatchObject &object)
     }));
 }
 
-void mapThumbnail(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapThumbnail(BrevantoMatch &match, const QJsonObject &object)
 {
-    for (const BrevantoMatchKey key :
-         std::initializer_list<BrevantoMatchKey>{"weblinkThumb", "thumb_url", "thumbUrl"}) {
+    for (const QLatin1StringView key :
+         std::initializer_list<QLatin1StringView>{"weblinkThumb"_L1, "thumb_url"_L1, "thumbUrl"_L1}) {
         if (isEmpty(match.thumbnailUrl()))
             takeValid(match, &BrevantoMatch::setThumbnailUrl, object, key);
     }
@@ -168,7 +194,9 @@ QString clipAddress(QString address)
 {
     constexpr auto identifierMark = "VideoID="_L1;
     address.remove(u'\n');
-    const qsizetype dot = address.lastIndexOf("flv"_L1, -1, Qt::CaseInsensitive) - 1;
+    qsizetype dot = address.lastIndexOf("flv"_L1, -1, Qt::CaseInsensitive) - 1;
+    if (dot > 0 && address[dot].isLowSurrogate())
+        --dot;
     if (dot < identifierMark.size())
         return address;
     const qsizetype mark = address.lastIndexOf(identifierMark, dot - identifierMark.size(), Qt::CaseInsensitive);
@@ -178,14 +206,14 @@ QString clipAddress(QString address)
     return address.sliced(begin, dot - begin) + ".mp4"_L1;
 }
 
-void mapRelatedVideos(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapRelatedVideos(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QJsonValue videos = object.value("relatedVideos");
+    const QJsonValue videos = object.value("relatedVideos"_L1);
     if (!videos.isArray())
         return;
     match.setVids(recordsFrom(videos.toArray(), [&match](const QJsonObject &entry) {
         auto video = std::make_shared<BrevantoRelatedContent>();
-        QVariant address = brevantoValidValue(entry.value("url"_L1));
+        QVariant address = validValue(entry.value("url"_L1));
         if (address.typeId() == QMetaType::QString)
             address = clipAddress(address.toString());
         take(*video, &BrevantoRelatedContent::setContentUrl, std::move(address));
@@ -210,9 +238,9 @@ std::shared_ptr<BrevantoRelatedContent> relatedLink(const BrevantoMatch &match, 
 
 // Links are sorted by a marker anywhere in their address; those without one are articles. A link without an address,
 // JSON null included, is left out.
-void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapRelatedLinks(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QJsonValue links = object.value("relatedArticleLinks");
+    const QJsonValue links = object.value("relatedArticleLinks"_L1);
     if (!links.isArray())
         return;
 
@@ -222,7 +250,7 @@ void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
     const QJsonArray array = links.toArray();
     for (const auto value : array) {
         const QJsonObject entry = value.toObject();
-        const QVariant address = brevantoValidValue(entry.value("url"_L1));
+        const QVariant address = validValue(entry.value("url"_L1));
         if (!address.isValid())
             continue;
         const QString text = BrevantoFields::text(address);
@@ -237,31 +265,31 @@ void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
     match.setRelatedQuiz(quiz);
 }
 
-void mapAdImage(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapAdImage(BrevantoMatch &match, const QJsonObject &object)
 {
-    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img");
+    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img"_L1);
     if (!match.backgroundImageUrl().isValid())
-        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img");
+        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img"_L1);
 }
 
-void mapTheme(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapTheme(BrevantoMatch &match, const QJsonObject &object)
 {
-    if (const QString theme = object.value("theme").toString(); !theme.isEmpty())
-        match.setAdthemeColorString(QString("0x"_L1 + theme));
+    if (const QString theme = object.value("theme"_L1).toString(); !theme.isEmpty())
+        match.setAdthemeColorString(QString("0x"_L1 + wellFormed(theme)));
 }
 
-void mapRelatedAdImages(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapRelatedAdImages(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QString addresses = object.value("ad_rel_img").toString();
+    const QString addresses = object.value("ad_rel_img"_L1).toString();
     if (addresses.isEmpty())
         return;
-    const QStringList pieces = addresses.split(u',');
+    const QStringList pieces = wellFormed(addresses).split(u',');
     match.setRelatedAdImages(QVariantList(pieces.begin(), pieces.end()));
 }
 
-void mapCatalogue(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapCatalogue(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QJsonArray catalogue = object.value("image_catalouge").toArray();
+    const QJsonArray catalogue = object.value("image_catalouge"_L1).toArray();
     if (catalogue.isEmpty())
         return;
     match.setAdCatalogue(recordsFrom(catalogue, [](const QJsonObject &entry) {
@@ -273,23 +301,23 @@ void mapCatalogue(BrevantoMatch &match, const BrevantoMatchObject &object)
     }));
 }
 
-void mapDisplaySource(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapDisplaySource(BrevantoMatch &match, const QJsonObject &object)
 {
-    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source");
+    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source"_L1);
     if (!BrevantoFields::text(match.display_source()).isEmpty())
         match.setSource(match.display_source());
 }
 
 // The count itself is not kept; that one came is what marks the match as downloaded.
-void mapDownloadedTime(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapDownloadedTime(BrevantoMatch &match, const QJsonObject &object)
 {
-    if (object.value("relatedcontentcount").isDouble())
+    if (object.value("relatedcontentcount"_L1).isDouble())
         match.setDownloadedTime(QDateTime::currentDateTimeUtc());
 }
 
-void mapRelatedContentIdentifiers(BrevantoMatch &match, const BrevantoMatchObject &object)
+void mapRelatedContentIdentifiers(BrevantoMatch &match, const QJsonObject &object)
 {
-    const QJsonArray identifiers = object.value("relatedContentIdentifiers").toArray();
+    const QJsonArray identifiers = object.value("relatedContentIdentifiers"_L1).toArray();
     for (const auto entry : identifiers) {
         const QString identifier = entry.toString();
         if (identifier.contains("quiz"_L1))
@@ -303,47 +331,46 @@ void mapRelatedContentIdentifiers(BrevantoMatch &match, const BrevantoMatchObjec
 
 // Later steps look at what earlier ones have set: related content at the date, the thumbnail at the galleries, the
 // source at its display name.
-void populateMatch(BrevantoMatch &match, const QJsonObject &json)
+void populateMatch(BrevantoMatch &match, const QJsonObject &object)
 {
-    const BrevantoMatchObject object(json);
-    mapAuthor(match, object, "author");
-    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag");
+    mapAuthor(match, object, "author"_L1);
+    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag"_L1);
     if (!match.author().isValid())
-        mapAuthor(match, object, "authors");
-    takeValid(match, &BrevantoMatch::setDesc, object, "description");
-    takeValid(match, &BrevantoMatch::setDate, object, "date");
-    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads");
+        mapAuthor(match, object, "authors"_L1);
+    takeValid(match, &BrevantoMatch::setDesc, object, "description"_L1);
+    takeValid(match, &BrevantoMatch::setDate, object, "date"_L1);
+    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads"_L1);
     mapID(match, object);
     mapImages(match, object);
     mapImageGalleries(match, object);
     mapThumbnail(match, object);
-    takeValid(match, &BrevantoMatch::setSource, object, "source");
-    takeValid(match, &BrevantoMatch::setTitle, object, "title");
+    takeValid(match, &BrevantoMatch::setSource, object, "source"_L1);
+    takeValid(match, &BrevantoMatch::setTitle, object, "title"_L1);
     mapRelatedVideos(match, object);
     mapRelatedLinks(match, object);
-    if (const QJsonValue audios = object.value("relatedAudios"); audios.isArray())
+    if (const QJsonValue audios = object.value("relatedAudios"_L1); audios.isArray())
         match.setRelatedAudios(validEntries(audios.toArray()));
-    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink");
-    takeValid(match, &BrevantoMatch::setCategory, object, "category");
+    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink"_L1);
+    takeValid(match, &BrevantoMatch::setCategory, object, "category"_L1);
     mapAdImage(match, object);
-    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls");
-    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url");
-    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url");
-    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url");
-    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url");
-    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number");
+    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls"_L1);
+    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url"_L1);
+    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url"_L1);
+    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url"_L1);
+    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url"_L1);
+    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number"_L1);
     mapTheme(match, object);
     mapRelatedAdImages(match, object);
     mapCatalogue(match, object);
     mapDisplaySource(match, object);
-    takeValid(match, &BrevantoMatch::setSection, object, "section");
-    takeValid(match, &BrevantoMatch::setLanguage, object, "language");
-    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position");
+    takeValid(match, &BrevantoMatch::setSection, object, "section"_L1);
+    takeValid(match, &BrevantoMatch::setLanguage, object, "language"_L1);
+    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position"_L1);
     mapDownloadedTime(match, object);
-    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live");
-    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color");
-    takeText(match, &BrevantoMatch::setShareURL, object, "share_url");
+    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live"_L1);
+    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color"_L1);
+    takeText(match, &BrevantoMatch::setShareURL, object, "share_url"_L1);
     mapRelatedContentIdentifiers(match, object);
-    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent");
-    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent");
+    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent"_L1);
+    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent"_L1);
 }

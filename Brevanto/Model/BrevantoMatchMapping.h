@@ -4,4 +4,4 @@ class BrevantoMatch;
 class QJsonObject;
 
 // Fills a new match from the service's JSON object, as far as its values can be used.
-void populateMatch(BrevantoMatch &match, const QJsonObject &json);
+void populateMatch(BrevantoMatch &match, const QJsonObject &object);

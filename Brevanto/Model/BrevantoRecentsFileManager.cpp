@@ -24,23 +24,16 @@ namespace
 {
 
 constexpr auto recentsName = "Recents"_L1;
-constexpr auto adImageUrlKey = "adImageUrl"_L1;
-
-template <class Record>
-Platform::CodablePointer make()
+template <class... Records>
+Platform::KeyedUnarchiver::ClassTable classTable()
 {
-    return std::make_shared<Record>();
+    return {{Records().className(), [] { return std::make_shared<Records>(); }}...};
 }
 
 const Platform::KeyedUnarchiver::ClassTable &archivedClasses()
 {
-    static const Platform::KeyedUnarchiver::ClassTable classes{
-        {u"BrevantoMatchGroup"_s, make<BrevantoMatchGroup>},
-        {u"BrevantoMatch"_s, make<BrevantoMatch>},
-        {u"BrevantoCaptionedImage"_s, make<BrevantoCaptionedImage>},
-        {u"BrevantoCatalogueImage"_s, make<BrevantoCatalogueImage>},
-        {u"BrevantoRelatedContent"_s, make<BrevantoRelatedContent>},
-    };
+    static const auto classes = classTable<BrevantoMatchGroup, BrevantoMatch, BrevantoCaptionedImage,
+                                           BrevantoCatalogueImage, BrevantoRelatedContent>();
     return classes;
 }
 
@@ -51,29 +44,12 @@ QString filePath()
     return folder.isNull() ? QString() : QDir(folder).filePath(recentsName);
 }
 
-// A file's bytes, as they were when it was opened: the store's file is only ever replaced, so mapping it is safe, and
-// it saves a copy of the whole. None when the file cannot be read.
-class FileContent
+// None when the file cannot be read.
+QByteArray contentOf(const QString &path)
 {
-public:
-    explicit FileContent(const QString &path)
-        : m_file(path)
-    {
-        if (path.isNull() || !m_file.open(QIODevice::ReadOnly))
-            return;
-        if (const uchar *mapped = m_file.map(0, m_file.size()))
-            m_bytes = QByteArrayView(mapped, m_file.size());
-        else
-            m_bytes = m_copy = m_file.readAll();
-    }
-
-    QByteArrayView bytes() const { return m_bytes; }
-
-private:
-    QFile m_file;
-    QByteArray m_copy;
-    QByteArrayView m_bytes;
-};
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 QByteArray archiveOf(const BrevantoMatchGroupList &groups)
 {
@@ -89,7 +65,7 @@ QByteArray archiveOf(const BrevantoMatchGroupList &groups)
 // None when the archive cannot be decoded.
 Elements elementsOf(QByteArrayView archive)
 {
-    return KeyedArchiveList::elements(archive, adImageUrlKey).value_or(Elements());
+    return KeyedArchiveList::elements(archive, BrevantoMatchGroup::adImageUrlKey).value_or(Elements());
 }
 
 // Puts `group` at the front, or in its stead the first stored one with the same ad image address.
@@ -125,9 +101,9 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
     const QByteArray newArchive = archiveOf(groups);
     Elements elements = elementsOf(newArchive);
 
-    const FileContent oldArchive(path);
+    const QByteArray oldArchive = contentOf(path);
     if (QFileInfo::exists(path)) {
-        Elements stored = elementsOf(oldArchive.bytes());
+        Elements stored = elementsOf(oldArchive);
         for (const KeyedArchiveList::Element &group : elements)
             bringToFront(stored, group);
         elements = std::move(stored);
@@ -140,14 +116,12 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
 
 std::optional<BrevantoMatchGroupList> BrevantoRecentsFileManager::retrieveAllSavedGroupedMatchesInFileManager()
 {
-    const FileContent archive(filePath());
-    const auto elements = KeyedArchiveList::elements(archive.bytes(), adImageUrlKey);
+    const auto elements = Platform::KeyedUnarchiver::unarchiveList(contentOf(filePath()), archivedClasses());
     if (!elements)
         return {};
     BrevantoMatchGroupList groups;
-    for (const KeyedArchiveList::Element &element : *elements) {
-        const QVariant record = Platform::KeyedUnarchiver::unarchive(element.bytes, archivedClasses());
-        if (auto group = BrevantoFields::record<BrevantoMatchGroup>(record))
+    for (const QVariant &element : *elements) {
+        if (auto group = BrevantoFields::record<BrevantoMatchGroup>(element))
             groups.append(std::move(group));
     }
     return groups;

@@ -8,13 +8,13 @@
 using namespace Qt::StringLiterals;
 
 struct BrevantoRelatedContent::Archive {
-    static constexpr auto fields = std::to_array<BrevantoArchiveEntry<BrevantoRelatedContent>>({
-        {"title"_L1, &BrevantoRelatedContent::m_title},
-        {"source"_L1, &BrevantoRelatedContent::m_source},
-        {"date"_L1, &BrevantoRelatedContent::m_date},
-        {"thumbnailUrl"_L1, &BrevantoRelatedContent::m_thumbnailUrl},
-        {"contentUrl"_L1, &BrevantoRelatedContent::m_contentUrl},
-        {"body"_L1, &BrevantoRelatedContent::m_body},
+    static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
+        {"title"_L1, Field::title},
+        {"source"_L1, BrevantoBaseEntity::Field::source},
+        {"date"_L1, Field::date},
+        {"thumbnailUrl"_L1, Field::thumbnailUrl},
+        {"contentUrl"_L1, Field::contentUrl},
+        {"body"_L1, Field::body},
     });
     static constexpr auto imageType = "imageType"_L1;
 };
@@ -25,6 +25,8 @@ namespace
 qint32 integerValue(const QVariant &field)
 {
     constexpr std::numeric_limits<qint32> limits;
+    if (field.typeId() == QMetaType::Bool)
+        return field.toBool();
     const double number = BrevantoFields::number(field).value_or(0);
     // The comparison also turns away what is not a number.
     return number >= limits.min() && number <= limits.max() ? static_cast<qint32>(number) : 0;
@@ -41,12 +43,12 @@ QString BrevantoRelatedContent::className() const
 
 void BrevantoRelatedContent::encodeWithCoder(Platform::KeyedArchiver &coder) const
 {
-    encodeWithTable(Archive::fields, *this, coder);
+    encodeWithTable(Archive::fields, m_fields, coder);
     coder.encodeObject(m_imageType, Archive::imageType);
 }
 
 void BrevantoRelatedContent::initWithCoder(Platform::KeyedUnarchiver &coder)
 {
-    initWithTable(Archive::fields, *this, coder);
+    initWithTable(Archive::fields, m_fields, coder);
     m_imageType = integerValue(coder.decodeObjectForKey(Archive::imageType));
 }

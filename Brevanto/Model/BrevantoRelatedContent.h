@@ -10,16 +10,16 @@ public:
     BrevantoRelatedContent() = default;
     ~BrevantoRelatedContent() override;
 
-    const QVariant &title() const { return m_title; } // headline
-    void setTitle(QVariant title) { m_title = std::move(title); }
-    const QVariant &date() const { return m_date; } // date text of the match it belongs to
-    void setDate(QVariant date) { m_date = std::move(date); }
-    const QVariant &thumbnailUrl() const { return m_thumbnailUrl; }
-    void setThumbnailUrl(QVariant thumbnailUrl) { m_thumbnailUrl = std::move(thumbnailUrl); }
-    const QVariant &contentUrl() const { return m_contentUrl; } // address of the video or article
-    void setContentUrl(QVariant contentUrl) { m_contentUrl = std::move(contentUrl); }
-    const QVariant &body() const { return m_body; } // description
-    void setBody(QVariant body) { m_body = std::move(body); }
+    const QVariant &title() const { return m_fields.value(Field::title); } // headline
+    void setTitle(QVariant title) { m_fields.setValue(Field::title, std::move(title)); }
+    const QVariant &date() const { return m_fields.value(Field::date); } // date text of the match it belongs to
+    void setDate(QVariant date) { m_fields.setValue(Field::date, std::move(date)); }
+    const QVariant &thumbnailUrl() const { return m_fields.value(Field::thumbnailUrl); }
+    void setThumbnailUrl(QVariant thumbnailUrl) { m_fields.setValue(Field::thumbnailUrl, std::move(thumbnailUrl)); }
+    const QVariant &contentUrl() const { return m_fields.value(Field::contentUrl); } // address of the video or article
+    void setContentUrl(QVariant contentUrl) { m_fields.setValue(Field::contentUrl, std::move(contentUrl)); }
+    const QVariant &body() const { return m_fields.value(Field::body); } // description
+    void setBody(QVariant body) { m_fields.setValue(Field::body, std::move(body)); }
     qint32 imageType() const { return m_imageType; } // kind of image; 0 unless set
     void setImageType(qint32 imageType) { m_imageType = imageType; }
 
@@ -29,11 +29,9 @@ public:
 
 private:
     struct Archive;
+    struct Field {
+        enum { title = BrevantoBaseEntity::Field::count, date, thumbnailUrl, contentUrl, body };
+    };
 
-    QVariant m_title;
-    QVariant m_date;
-    QVariant m_thumbnailUrl;
-    QVariant m_contentUrl;
-    QVariant m_body;
     qint32 m_imageType = 0;
 };

@@ -14,7 +14,7 @@ namespace
 
 constexpr int elementDepth = KeyedArchiver::maximumDepth - 1;
 
-// Passes over one element and notes its text under `key`; the first one counts, as it does for the unarchiver.
+// Passes over one element and notes its text under `key`; the first one counts.
 bool passElement(CborCursor &cursor, QByteArrayView key, KeyedArchiveList::Element &element)
 {
     const char *begin = cursor.position();

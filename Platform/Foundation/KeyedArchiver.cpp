@@ -43,7 +43,7 @@ void requireWritable(const QVariant &value, int depth)
         requireRoom();
         return;
     case QMetaType::QDateTime:
-        if (instantText(value.toDateTime()).isEmpty())
+        if (const QDateTime instant = value.toDateTime(); !instant.isNull() && instantText(instant).isEmpty())
             refuseArgument(QStringLiteral("date that cannot be archived"));
         return;
     case QMetaType::QVariantList: {
@@ -125,10 +125,16 @@ void KeyedArchiver::write(const QVariant &value)
         text.isNull() ? m_writer.appendNull() : m_writer.append(QStringView(text));
         return;
     }
-    case QMetaType::QDateTime:
+    case QMetaType::QDateTime: {
+        const QDateTime instant = value.toDateTime();
+        if (instant.isNull()) {
+            m_writer.appendNull();
+            return;
+        }
         m_writer.append(QCborKnownTags::DateTimeString);
-        m_writer.append(QStringView(instantText(value.toDateTime())));
+        m_writer.append(QStringView(instantText(instant)));
         return;
+    }
     case QMetaType::QStringList:
     case QMetaType::QVariantList: {
         const QVariantList list = value.toList();

@@ -16,7 +16,7 @@ namespace Platform
 //
 // What can be written: null, bool, integers, floating-point numbers, text, QDateTime (as an instant, in milliseconds),
 // QVariantList, QStringList, QVariantMap and records (CodablePointer), nested at most `maximumDepth` deep. An invalid
-// QVariant and a null QString are null.
+// QVariant, a null QString and a null QDateTime are null.
 class KeyedArchiver
 {
 public:

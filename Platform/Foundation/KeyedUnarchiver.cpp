@@ -9,6 +9,7 @@
 #include <QFloat16>
 
 #include <bit>
+#include <utility>
 
 namespace Platform
 {
@@ -70,6 +71,18 @@ QVariant decodedInstant(CborCursor &cursor, quint64 tag)
     return instant.toUTC();
 }
 
+bool isWellFormed(QByteArrayView data)
+{
+    CborCursor structure(data);
+    return structure.skip(KeyedArchiver::maximumDepth) && structure.atEnd();
+}
+
+// What is safe to log of a text from a file.
+QString shortened(const QString &text)
+{
+    return text.left(40).simplified();
+}
+
 bool isUnknownRecord(const QVariant &value)
 {
     return value.metaType() == QMetaType::fromType<CodablePointer>() && !value.value<CodablePointer>();
@@ -82,23 +95,47 @@ bool isClassKey(QByteArrayView key)
 
 } // namespace
 
-KeyedUnarchiver::KeyedUnarchiver(const ClassTable &classes, Entries entries)
-    : m_classes(classes)
+KeyedUnarchiver::KeyedUnarchiver(Archive &archive, Entries entries)
+    : m_archive(archive)
     , m_entries(std::move(entries))
 {
 }
 
 QVariant KeyedUnarchiver::unarchive(QByteArrayView data, const ClassTable &classes)
 {
-    CborCursor structure(data);
-    if (!structure.skip(KeyedArchiver::maximumDepth) || !structure.atEnd())
+    if (!isWellFormed(data))
         return {};
+    Archive archive{classes};
     try {
-        return KeyedUnarchiver(classes, {}).readField(data);
+        return KeyedUnarchiver(archive, {}).readField(data);
     } catch (const std::exception &exception) {
         log(QString::fromUtf8(exception.what()));
         return {};
     }
+}
+
+std::optional<QVariantList> KeyedUnarchiver::unarchiveList(QByteArrayView data, const ClassTable &classes)
+{
+    CborCursor cursor(data);
+    CborCursor::Head head;
+    if (!isWellFormed(data) || !cursor.readHead(head) || head.major != CborCursor::List)
+        return {};
+    Archive archive{classes};
+    const KeyedUnarchiver reader(archive, {});
+    QVariantList list;
+    for (quint64 index = 0; index < head.argument; ++index) {
+        CborCursor next = cursor;
+        next.skip(KeyedArchiver::maximumDepth);
+        try {
+            QVariant entry = reader.read(cursor);
+            if (!isUnknownRecord(entry))
+                list.append(std::move(entry));
+        } catch (const std::exception &exception) {
+            log(QString::fromUtf8(exception.what()));
+        }
+        cursor = next;
+    }
+    return list;
 }
 
 QVariant KeyedUnarchiver::decodeObjectForKey(QLatin1StringView key)
@@ -181,13 +218,14 @@ QVariant KeyedUnarchiver::readMap(const Entries &entries) const
 
 QVariant KeyedUnarchiver::readRecord(const QString &className, Entries entries) const
 {
-    const auto make = m_classes.constFind(className);
-    if (make == m_classes.cend()) {
-        log(QStringLiteral("archived record of unknown class %1 left out").arg(className));
+    const auto make = m_archive.classes.constFind(className);
+    if (make == m_archive.classes.cend()) {
+        if (!std::exchange(m_archive.hasReportedUnknownClass, true))
+            log(QStringLiteral("archived records of unknown classes left out, such as %1").arg(shortened(className)));
         return QVariant::fromValue(CodablePointer());
     }
     const CodablePointer record = (*make)();
-    KeyedUnarchiver coder(m_classes, std::move(entries));
+    KeyedUnarchiver coder(m_archive, std::move(entries));
     try {
         record->initWithCoder(coder);
     } catch (const std::exception &exception) {

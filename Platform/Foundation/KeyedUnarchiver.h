@@ -8,6 +8,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace Platform
@@ -18,7 +19,8 @@ class CborCursor;
 // Reads what KeyedArchiver wrote. Safe on any input: the whole structure is checked before anything is made of it.
 //
 // Integers come back as qint64 (quint64 above its range), the others as double, bool, QString, QDateTime (UTC),
-// QVariantList, QVariantMap and CodablePointer.
+// QVariantList, QVariantMap and CodablePointer. A null inside a list or a map comes back as nullptr, as it does from
+// JSON.
 class KeyedUnarchiver
 {
 public:
@@ -28,6 +30,10 @@ public:
     // table does not know are left out of lists and null elsewhere; keys that a record does not ask for are passed
     // over.
     static QVariant unarchive(QByteArrayView data, const ClassTable &classes);
+
+    // The entries of an archive whose root is a list; nothing when the data cannot be decoded or the root is no list.
+    // Entries that cannot be read are left out, as records of unknown classes are.
+    static std::optional<QVariantList> unarchiveList(QByteArrayView data, const ClassTable &classes);
 
     // For Codable::initWithCoder: the field under that key; invalid when it is null or missing. Throws Exception
     // (InvalidArgument) for a value of a kind that no archive holds.
@@ -40,7 +46,13 @@ private:
     };
     using Entries = std::vector<Entry>;
 
-    KeyedUnarchiver(const ClassTable &classes, Entries entries);
+    // What the records of one archive share.
+    struct Archive {
+        const ClassTable &classes;
+        bool hasReportedUnknownClass = false;
+    };
+
+    KeyedUnarchiver(Archive &archive, Entries entries);
 
     QVariant readField(QByteArrayView item) const;
     QVariant read(CborCursor &cursor) const;
@@ -48,7 +60,7 @@ private:
     QVariant readMap(const Entries &entries) const;
     QVariant readRecord(const QString &className, Entries entries) const;
 
-    const ClassTable &m_classes;
+    Archive &m_archive;
     Entries m_entries; // of the record being read
     std::size_t m_expected = 0; // where the next field should be: records are read in about the order of writing
 };

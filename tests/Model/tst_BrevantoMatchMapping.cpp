@@ -1,4 +1,5 @@
 #include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/Model/BrevantoRelatedContent.h"
 #include "Model/MatchFields.h"
 
 #include <QDateTime>
@@ -43,10 +44,8 @@ private Q_SLOTS:
     void countOfRelatedContentMarksTheTimeOfParsing_data();
     void countOfRelatedContentMarksTheTimeOfParsing();
     void inputs();
-    void text_data();
-    void text();
-    void number_data();
-    void number();
+    void readers_data();
+    void readers();
 };
 
 void TestBrevantoMatchMapping::validity_data()
@@ -88,11 +87,18 @@ void TestBrevantoMatchMapping::fields_data()
         R"({"title": 7, "tag": {"a": [1, null, "x"]}, "show_ads": true, "weblink": [1.5], "ph_number": 123456789012,
             "description": false, "app_img": 3})",
         R"({"title": 7, "tagFolder": {"a": [1, null, "x"]}, "shouldDisplayBannerAd": true, "weblink": [1.5],
-            "phoneNumber": 123456789012, "desc": false, "backgroundImageUrl": 3})");
+            "phoneNumber": 123456789012, "desc": false, "app_img": 3})");
     row("keys that are looked at and not used",
         R"({"dislikeCount": 1, "likeCount": 2, "currentUserLike": true, "external_ad": 1, "comments": ["a"],
             "questions": ["b"], "isQuiz": 1, "historyDate": "x"})",
         "{}");
+
+    // Half of a surrogate pair would not come back from an archive.
+    row("half letters",
+        R"({"title": "a\ud800", "id": "\udc00", "author": ["\ud800"], "images": "\ud800", "theme": "\ud800",
+            "tag": {"\ud800": ["\ud800"]}, "app_img": "\ud83d\ude00"})",
+        R"({"title": "a?", "ID": "?", "author": "?", "images": ["?"], "thumbUrl": "?",
+            "adthemeColorString": "0x?", "tagFolder": {"?": ["?"]}, "app_img": "\ud83d\ude00"})");
 
     row("author", R"({"author": "A", "authors": "B"})", R"({"author": "A"})");
     row("author list", R"({"author": ["A", "B"]})", R"({"author": "A"})");
@@ -108,42 +114,40 @@ void TestBrevantoMatchMapping::fields_data()
     row("id of another kind", R"({"id": [1]})", "{}");
 
     row("images, objects", R"({"images": [{"url": "a"}, {"url": ""}, {"x": 1}, "b", null, {"url": 4}]})",
-        R"({"images": ["a", 4], "thumbnailUrl": "a"})");
-    row("images, texts", R"({"images": ["a", "", null, "b", 3]})", R"({"images": ["a", "b", 3], "thumbnailUrl": "a"})");
+        R"({"images": ["a", 4], "thumbUrl": "a"})");
+    row("images, texts", R"({"images": ["a", "", null, "b", 3]})", R"({"images": ["a", "b", 3], "thumbUrl": "a"})");
     row("images, first of another kind", R"({"images": [1, "a"]})", R"({"images": []})");
     row("images, empty list", R"({"images": []})", R"({"images": []})");
-    row("images, one text", R"({"images": "a"})", R"({"images": ["a"], "thumbnailUrl": "a"})");
-    row("images, empty text", R"({"images": ""})", R"({"images": [""], "thumbnailUrl": ""})");
+    row("images, one text", R"({"images": "a"})", R"({"images": ["a"], "thumbUrl": "a"})");
+    row("images, empty text", R"({"images": ""})", R"({"images": [""], "thumbUrl": ""})");
     row("images of another kind", R"({"images": 5})", "{}");
 
-    row("image gallery", R"({"imageGallery": ["a", "", null, 3]})",
-        R"({"imageGallery": ["a", 3], "thumbnailUrl": "a"})");
+    row("image gallery", R"({"imageGallery": ["a", "", null, 3]})", R"({"imageGallery": ["a", 3], "thumbUrl": "a"})");
     row("image gallery of another kind", R"({"imageGallery": "a"})", "{}");
     row("captions", R"({"imageGalleryCaption": [{"url": "a", "caption": "c"}, {"caption": ""}, null, "", "text"]})",
-        R"({"captionImages": [{"class": "BrevantoCaptionedImage", "imageURL": "a", "captionText": "c"},
-            {"class": "BrevantoCaptionedImage"}, {"class": "BrevantoCaptionedImage"}], "thumbnailUrl": "a"})");
+        R"({"captionImages": [{"0": "BrevantoCaptionedImage", "imageURL": "a", "captionText": "c"},
+            {"0": "BrevantoCaptionedImage"}, {"0": "BrevantoCaptionedImage"}], "thumbUrl": "a"})");
 
     row("thumbnail, first key wins", R"({"weblinkThumb": "1", "thumb_url": "2", "thumbUrl": "3"})",
-        R"({"thumbnailUrl": "1"})");
-    row("thumbnail, second key", R"({"weblinkThumb": "", "thumb_url": "2", "thumbUrl": "3"})",
-        R"({"thumbnailUrl": "2"})");
+        R"({"thumbUrl": "1"})");
+    row("thumbnail, second key", R"({"weblinkThumb": "", "thumb_url": "2", "thumbUrl": "3"})", R"({"thumbUrl": "2"})");
     row("thumbnail, third key before the lists", R"({"thumbUrl": "3", "imageGallery": ["g"]})",
-        R"({"thumbnailUrl": "3", "imageGallery": ["g"]})");
+        R"({"thumbUrl": "3", "imageGallery": ["g"]})");
     row("thumbnail, gallery before images", R"({"imageGallery": ["g"], "images": ["i"]})",
-        R"({"thumbnailUrl": "g", "imageGallery": ["g"], "images": ["i"]})");
+        R"({"thumbUrl": "g", "imageGallery": ["g"], "images": ["i"]})");
     row("thumbnail, images when the gallery is empty", R"({"imageGallery": [], "images": ["i"]})",
-        R"({"thumbnailUrl": "i", "imageGallery": [], "images": ["i"]})");
+        R"({"thumbUrl": "i", "imageGallery": [], "images": ["i"]})");
     row("thumbnail, captioned image without address", R"({"imageGalleryCaption": [{"caption": "c"}]})",
-        R"({"captionImages": [{"class": "BrevantoCaptionedImage", "captionText": "c"}]})");
+        R"({"captionImages": [{"0": "BrevantoCaptionedImage", "captionText": "c"}]})");
 
     row("related videos",
         R"({"date": "today", "relatedVideos": [{"url": "http://p?VideoID=clip7.flv&x=1", "thumbUrl": "t", "title": "T",
             "date": "other"}, {"url": "a\nb"}, {}, null, ""]})",
         R"({"date": "today", "vids": [
-            {"class": "BrevantoRelatedContent", "contentUrl": "clip7.mp4", "thumbnailUrl": "t", "title": "T",
+            {"0": "BrevantoRelatedContent", "contentUrl": "clip7.mp4", "thumbnailUrl": "t", "title": "T",
              "date": "today", "imageType": 0},
-            {"class": "BrevantoRelatedContent", "contentUrl": "ab", "date": "today", "imageType": 0},
-            {"class": "BrevantoRelatedContent", "date": "today", "imageType": 0}]})");
+            {"0": "BrevantoRelatedContent", "contentUrl": "ab", "date": "today", "imageType": 0},
+            {"0": "BrevantoRelatedContent", "date": "today", "imageType": 0}]})");
     row("related videos, empty list", R"({"relatedVideos": []})", R"({"vids": []})");
     row("related videos of another kind", R"({"relatedVideos": {"url": "a"}})", "{}");
 
@@ -152,22 +156,22 @@ void TestBrevantoMatchMapping::fields_data()
             {"url": "x POLLS: ads:", "thumbUrl": "t", "title": "T", "description": "B"}, {"url": "Ads:1 news:"},
             {"url": "http://NEWS:2 quiz:"}, {"url": "quiz:3"}, {"url": "http://plain"}, {"url": 4}]})",
         R"({"date": "d",
-            "relatedPolls": [{"class": "BrevantoRelatedContent", "contentUrl": "x POLLS: ads:", "thumbnailUrl": "t",
+            "relatedPolls": [{"0": "BrevantoRelatedContent", "contentUrl": "x POLLS: ads:", "thumbnailUrl": "t",
                 "title": "T", "body": "B", "date": "d", "imageType": 0}],
-            "relatedAds": [{"class": "BrevantoRelatedContent", "contentUrl": "Ads:1 news:", "date": "d", "imageType": 0}],
-            "relatedQuiz": [{"class": "BrevantoRelatedContent", "contentUrl": "quiz:3", "date": "d", "imageType": 0}],
+            "relatedAds": [{"0": "BrevantoRelatedContent", "contentUrl": "Ads:1 news:", "date": "d", "imageType": 0}],
+            "relatedQuiz": [{"0": "BrevantoRelatedContent", "contentUrl": "quiz:3", "date": "d", "imageType": 0}],
             "relatedArticles": [
-                {"class": "BrevantoRelatedContent", "contentUrl": "http://NEWS:2 quiz:", "date": "d", "imageType": 0},
-                {"class": "BrevantoRelatedContent", "contentUrl": "http://plain", "date": "d", "imageType": 0},
-                {"class": "BrevantoRelatedContent", "contentUrl": 4, "date": "d", "imageType": 0}]})");
+                {"0": "BrevantoRelatedContent", "contentUrl": "http://NEWS:2 quiz:", "date": "d", "imageType": 0},
+                {"0": "BrevantoRelatedContent", "contentUrl": "http://plain", "date": "d", "imageType": 0},
+                {"0": "BrevantoRelatedContent", "contentUrl": 4, "date": "d", "imageType": 0}]})");
     row("related links without address",
         R"({"relatedArticleLinks": [{"url": ""}, {"url": null}, {"title": "T"}, null, "news:", 1]})",
         R"({"relatedArticles": [], "relatedPolls": [], "relatedAds": [], "relatedQuiz": []})");
     row("related links of another kind", R"({"relatedArticleLinks": "news:"})", "{}");
     row("related audios", R"({"relatedAudios": [{"u": 1}, "", null, "b"]})", R"({"relatedAudios": [{"u": 1}, "b"]})");
 
-    row("ad image", R"({"app_img": "a", "bg_img": "b"})", R"({"backgroundImageUrl": "a"})");
-    row("ad image, second key", R"({"app_img": "", "bg_img": "b"})", R"({"backgroundImageUrl": "b"})");
+    row("ad image", R"({"app_img": "a", "bg_img": "b"})", R"({"app_img": "a"})");
+    row("ad image, second key", R"({"app_img": "", "bg_img": "b"})", R"({"app_img": "b"})");
     row("theme", R"({"theme": "00AAFF"})", R"({"adthemeColorString": "0x00AAFF"})");
     row("theme with prefix", R"({"theme": "#00AAFF"})", R"({"adthemeColorString": "0x#00AAFF"})");
     row("theme of another kind", R"({"theme": 255})", "{}");
@@ -176,8 +180,8 @@ void TestBrevantoMatchMapping::fields_data()
     row("related ad images of another kind", R"({"ad_rel_img": ["a"]})", "{}");
     row("catalogue",
         R"({"image_catalouge": [{"img": "i", "caption": "c", "url": "u"}, {"img": "", "url": null}, null]})",
-        R"({"adCatalogue": [{"class": "BrevantoCatalogueImage", "imageURL": "i", "captionText": "c", "buyURL": "u"},
-            {"class": "BrevantoCatalogueImage"}]})");
+        R"({"adCatalogue": [{"0": "BrevantoCatalogueImage", "imageURL": "i", "captionText": "c", "buyURL": "u"},
+            {"0": "BrevantoCatalogueImage"}]})");
     row("empty catalogue", R"({"image_catalouge": []})", "{}");
     row("catalogue without a valid entry", R"({"image_catalouge": [null]})", R"({"adCatalogue": []})");
 
@@ -187,7 +191,7 @@ void TestBrevantoMatchMapping::fields_data()
     row("position of another kind", R"({"position": "3"})", "{}");
     row("texts of another kind", R"({"is_live": 1, "title_color": [1], "share_url": {"a": 1}})", "{}");
     row("texts", R"({"is_live": "1", "title_color": "red", "share_url": "u"})",
-        R"({"isSpecialArticle": "1", "titleColor": "red", "shareURL": "u"})");
+        R"({"isSpecialArticle": "1", "title_color": "red", "shareURL": "u"})");
     row("identifiers", R"({"relatedContentIdentifiers": ["xquizpolls", "polls", "", 1]})",
         R"({"hasRelatedQuiz": true, "hasRelatedPoll": true})");
     row("identifiers without effect", R"({"relatedContentIdentifiers": ["QUIZ", "poll", "news"]})", "{}");
@@ -200,7 +204,11 @@ void TestBrevantoMatchMapping::fields()
 {
     QFETCH(QByteArray, json);
     QFETCH(QByteArray, expected);
-    QCOMPARE(filledFields(*matchFrom(parsed(json))), parsed(expected));
+    const auto match = matchFrom(parsed(json));
+    const QJsonObject fields = parsed(expected);
+    QCOMPARE(filledFields(match), fields);
+    QCOMPARE(match->title(), fields.value("title"_L1).toVariant());
+    QCOMPARE(match->tagFolder(), fields.value("tagFolder"_L1).toVariant());
 }
 
 // Keys that share a beginning are told apart, whatever else the object holds.
@@ -216,19 +224,20 @@ void TestBrevantoMatchMapping::everyKeyFillsItsField()
         "\ud83d\ude00": 2})";
     const QByteArray expected = R"({
         "title": "1", "ID": "2", "date": "3", "desc": "4", "weblink": "5", "author": "6", "category": "7",
-        "backgroundImageUrl": "8", "youTubeVideoUrl": "9", "audioUrl": "10", "buyUrl": "11", "reviewUrl": "12",
-        "websiteUrl": "13", "phoneNumber": "14", "adthemeColorString": "0x15", "relatedAdImages": ["16"],
-        "thumbnailUrl": "17", "tagFolder": "18", "images": ["19"], "imageGallery": ["20"], "relatedAudios": ["21"],
+        "app_img": "8", "vid_urls": "9", "aud_url": "10", "commerce_url": "11", "ad_reviews_url": "12",
+        "url": "13", "phoneNumber": "14", "adthemeColorString": "0x15", "relatedAdImages": ["16"],
+        "thumbUrl": "17", "tagFolder": "18", "images": ["19"], "imageGallery": ["20"], "relatedAudios": ["21"],
         "display_source": "22", "source": "22", "nativeAdPosition": 23, "shareURL": "24", "shouldDisplayBannerAd": 25,
-        "isSpecialArticle": "26", "titleColor": "27", "xPercent": 28, "yPercent": 29, "section": "30",
+        "isSpecialArticle": "26", "title_color": "27", "xPercent": 28, "yPercent": 29, "section": "30",
         "language": "31"})";
-    QCOMPARE(filledFields(*matchFrom(parsed(json))), parsed(expected));
+    QCOMPARE(filledFields(matchFrom(parsed(json))), parsed(expected));
 }
 
 void TestBrevantoMatchMapping::clipAddressIsThatOfTheExpression()
 {
     static const QRegularExpression player(u".*VideoID=(.*).flv.*"_s, QRegularExpression::CaseInsensitiveOption);
-    const QStringList pieces{u"VideoID="_s, u"videoid="_s, u".flv"_s, u"flv"_s, u"."_s, u"FLV"_s, u"x"_s};
+    const QStringList pieces{u"VideoID="_s, u"videoid="_s, u".flv"_s, u"\U0001F600flv"_s,
+                             u"flv"_s,      u"."_s,        u"FLV"_s,  u"x"_s};
     QRandomGenerator random(1);
     for (int round = 0; round < 2000; ++round) {
         QString address;
@@ -236,7 +245,8 @@ void TestBrevantoMatchMapping::clipAddressIsThatOfTheExpression()
             address += pieces[random.bounded(pieces.size())];
         const QJsonObject video{{u"url"_s, address}};
         const auto match = matchFrom({{u"relatedVideos"_s, QJsonArray{video}}});
-        const QString content = described(match->vids())[0][u"contentUrl"].toString();
+        const QString content =
+            BrevantoFields::record<BrevantoRelatedContent>(match->vids().toList()[0])->contentUrl().toString();
         QCOMPARE(content, QString(address).replace(player, u"\\1.mp4"_s));
     }
 }
@@ -280,43 +290,28 @@ void TestBrevantoMatchMapping::inputs()
     QCOMPARE(matches.size(), 5);
     QCOMPARE(matches[0]->title(), u"a"_s);
     for (const int index : {1, 2, 3})
-        QCOMPARE(filledFields(*matches[index]), QJsonObject());
+        QCOMPARE(filledFields(matches[index]), QJsonObject());
     QCOMPARE(matches[4]->title(), u"b"_s);
 }
 
-void TestBrevantoMatchMapping::text_data()
+void TestBrevantoMatchMapping::readers_data()
 {
     QTest::addColumn<QVariant>("field");
     QTest::addColumn<QString>("shown");
-    QTest::newRow("null") << QVariant() << QString();
-    QTest::newRow("text") << QVariant(u" a "_s) << u" a "_s;
-    QTest::newRow("integer") << QVariant(qint64(-42)) << u"-42"_s;
-    QTest::newRow("fraction") << QVariant(0.1) << u"0.1"_s;
-    QTest::newRow("large") << QVariant(1e21) << u"1000000000000000000000"_s;
-    QTest::newRow("bool") << QVariant(true) << u"true"_s;
-    QTest::newRow("list") << QVariant(QVariantList{1}) << QString();
+    QTest::addColumn<double>("value");
+    QTest::newRow("null") << QVariant() << QString() << qQNaN();
+    QTest::newRow("text") << QVariant(u" 7 "_s) << u" 7 "_s << qQNaN();
+    QTest::newRow("integer") << QVariant(qint64(-42)) << u"-42"_s << -42.0;
+    QTest::newRow("fraction") << QVariant(0.1) << u"0.1"_s << 0.1;
+    QTest::newRow("large") << QVariant(1e21) << u"1000000000000000000000"_s << 1e21;
+    QTest::newRow("bool") << QVariant(true) << u"true"_s << qQNaN();
+    QTest::newRow("list") << QVariant(QVariantList{1}) << QString() << qQNaN();
 }
 
-void TestBrevantoMatchMapping::text()
+void TestBrevantoMatchMapping::readers()
 {
     QFETCH(QVariant, field);
     QTEST(BrevantoFields::text(field), "shown");
-}
-
-void TestBrevantoMatchMapping::number_data()
-{
-    QTest::addColumn<QVariant>("field");
-    QTest::addColumn<double>("value");
-    QTest::newRow("null") << QVariant() << qQNaN();
-    QTest::newRow("integer") << QVariant(qint64(7)) << 7.0;
-    QTest::newRow("fraction") << QVariant(40.5) << 40.5;
-    QTest::newRow("text") << QVariant(u"7"_s) << qQNaN();
-    QTest::newRow("bool") << QVariant(true) << qQNaN();
-}
-
-void TestBrevantoMatchMapping::number()
-{
-    QFETCH(QVariant, field);
     QTEST(BrevantoFields::number(field).value_or(qQNaN()), "value");
 }
 
