@@ -4,6 +4,7 @@
 #include "Platform/Graphics/BitmapContext.h"
 #include "Platform/Interface/View.h"
 
+#include <QQuickItemGrabResult>
 #include <QQuickWindow>
 #include <QTransform>
 
@@ -22,55 +23,20 @@ QSize truncated(const QSizeF &size)
     return {int(size.width()), int(size.height())};
 }
 
-bool swapsSides(ImageOrientation orientation)
-{
-    return orientation == ImageOrientation::Left || orientation == ImageOrientation::LeftMirrored
-        || orientation == ImageOrientation::Right || orientation == ImageOrientation::RightMirrored;
-}
-
-// Transformations that turn a bitmap upright in a bitmap context of the upright size.
-void turnUpright(BitmapContext &context, ImageOrientation orientation, const QSizeF &size)
-{
-    switch (orientation) {
-    case ImageOrientation::Down:
-    case ImageOrientation::DownMirrored:
-        context.translate(size.width(), size.height());
-        context.rotate(180);
-        break;
-    case ImageOrientation::Left:
-    case ImageOrientation::LeftMirrored:
-        context.translate(size.width(), 0);
-        context.rotate(90);
-        break;
-    case ImageOrientation::Right:
-    case ImageOrientation::RightMirrored:
-        context.translate(0, size.height());
-        context.rotate(-90);
-        break;
-    case ImageOrientation::Up:
-    case ImageOrientation::UpMirrored:
-        break;
-    }
-
-    switch (orientation) {
-    case ImageOrientation::UpMirrored:
-    case ImageOrientation::DownMirrored:
-        context.translate(size.width(), 0);
-        context.scale(-1, 1);
-        break;
-    case ImageOrientation::LeftMirrored:
-    case ImageOrientation::RightMirrored:
-        context.translate(size.height(), 0);
-        context.scale(-1, 1);
-        break;
-    default:
-        break;
-    }
-}
-
 QSizeF boxOfRotated(const QSizeF &size, double angle)
 {
     return QTransform().rotate(angle).mapRect(QRectF(QPointF(0, 0), size)).size();
+}
+
+// What the view draws, with everything in it; null while the window is not shown.
+QImage layerOf(QQuickItem &view, QQuickWindow &window, qreal scale)
+{
+    const QSharedPointer<QQuickItemGrabResult> layer = view.grabToImage((view.size() * scale).toSize());
+    if (!layer)
+        return {};
+    // The layer is drawn with the window's next frame, which this is.
+    window.grabWindow();
+    return layer->image();
 }
 
 } // namespace
@@ -106,18 +72,9 @@ Image rotateByAngle(const Image &image, double angle)
 
 Image fixOrientation(const Image &image)
 {
-    const ImageOrientation orientation = image.orientation();
-    if (orientation == ImageOrientation::Up)
+    if (image.orientation() == ImageOrientation::Up)
         return image;
-
-    const Image bitmap(image.bitmap());
-    if (bitmap.isNull())
-        return {};
-    const QSizeF size = image.size();
-    BitmapContext context(truncated(size), bitmap.bitmap());
-    turnUpright(context, orientation, size);
-    context.drawBitmap(bitmap, QRectF(QPointF(0, 0), swapsSides(orientation) ? size.transposed() : size));
-    return context.image();
+    return Image(image.upright(truncated(image.size())));
 }
 
 Image captureScreenShotOfView(Platform::View *view)
@@ -125,12 +82,10 @@ Image captureScreenShotOfView(Platform::View *view)
     const QSizeF size = view->frame().size();
     QQuickWindow *window = view->window();
     const qreal scale = window ? window->effectiveDevicePixelRatio() : 1.0;
-    const bool opaque = view->backgroundColor().alpha() == 255 && view->alpha() == 1.0;
+    const QImage layer = window ? layerOf(*view, *window, scale) : QImage();
+    const bool opaque = !layer.isNull() && view->backgroundColor().alpha() == 255 && view->alpha() == 1.0;
     BitmapContext context = BitmapContext::imageContext(size, opaque, scale);
-    if (window) {
-        const Image contents(window->grabWindow(), scale);
-        context.drawImage(contents, QRectF(-view->mapToScene(QPointF(0, 0)), contents.size()));
-    }
+    context.drawImage(Image(layer, scale), QRectF(QPointF(0, 0), size));
     return context.image();
 }
 

@@ -30,8 +30,8 @@ BREVANTO_EXPORT Platform::Image rotateByAngle(const Platform::Image &image, doub
 // The image with its pixels upright and orientation up; the very same image when it is so already.
 BREVANTO_EXPORT Platform::Image fixOrientation(const Platform::Image &image);
 
-// What the view's part of its window shows, whatever lies over the view included, at the screen's scale; transparent
-// where the view has no window. Null when the view has no size. For the main thread only.
+// What the view and the views in it draw, whatever lies over them left out, at the screen's scale; nothing but
+// transparency while the view is in no visible window. Null when the view has no size. For the main thread only.
 BREVANTO_EXPORT Platform::Image captureScreenShotOfView(Platform::View *view);
 
 struct ResizableImage {

@@ -26,9 +26,13 @@ bool isNone(qreal value)
     return std::abs(value) < tolerance;
 }
 
+// Longer than any bitmap, and shorter than what a row of pixels can count.
+constexpr qreal longestSide = 1e6;
+
+// 0 where there are too many.
 int wholePixels(qreal length)
 {
-    return int(std::ceil(qBound(0.0, length - tolerance, 1e6)));
+    return length > longestSide ? 0 : int(std::ceil(qMax(0.0, length - tolerance)));
 }
 
 QTransform bottomLeftOrigin(const QSize &pixels)
@@ -43,23 +47,6 @@ QImage blank(const QSize &pixels, QImage::Format format)
     QImage image(pixels, format);
     image.fill(image.hasAlphaChannel() ? Qt::transparent : Qt::black);
     return image;
-}
-
-QImage::Format drawableFormat(const QImage &model)
-{
-    switch (model.format()) {
-    case QImage::Format_RGB32:
-    case QImage::Format_Grayscale8:
-    case QImage::Format_RGBX64:
-    case QImage::Format_RGBA64_Premultiplied:
-        return model.format();
-    case QImage::Format_RGBA64:
-        return QImage::Format_RGBA64_Premultiplied;
-    case QImage::Format_Grayscale16:
-        return QImage::Format_RGBX64;
-    default:
-        return model.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
-    }
 }
 
 // Luma of ITU-R BT.601: what the Y of a JPEG holds already, so that a photo's grey is the camera's own.
@@ -88,6 +75,9 @@ std::optional<GridPlacement> gridPlacement(const QTransform &transform, const QS
     if (!straight && !turned)
         return {};
     const QRectF target = transform.mapRect(QRectF(QPointF(0, 0), QSizeF(size)));
+    if (std::abs(target.left()) > longestSide || std::abs(target.top()) > longestSide || target.width() > longestSide
+        || target.height() > longestSide)
+        return {};
     if (!isWhole(target.left()) || !isWhole(target.top()) || !isWhole(target.right()) || !isWhole(target.bottom()))
         return {};
     const PixelOrientation orientation = straight
@@ -112,11 +102,6 @@ BitmapContext::BitmapContext(const QSize &pixels, ColorSpace colorSpace)
         bottomLeftOrigin(pixels), 1.0)
 {
     m_colorSpace = colorSpace;
-}
-
-BitmapContext::BitmapContext(const QSize &pixels, const QImage &model)
-    : BitmapContext(blank(pixels, drawableFormat(model)), bottomLeftOrigin(pixels), 1.0)
-{
 }
 
 BitmapContext BitmapContext::imageContext(const QSizeF &size, bool opaque, qreal scale)

@@ -20,8 +20,6 @@ public:
     // A bitmap context of that many pixels, eight bits per component. RGB is transparent to begin with; grey is black
     // and has no transparency. Grey values are the luma of ITU-R BT.601.
     BitmapContext(const QSize &pixels, ColorSpace colorSpace);
-    // A bitmap context with the components of `model`'s pixels, where it can be drawn on; else as much as they need.
-    BitmapContext(const QSize &pixels, const QImage &model);
 
     // A new image context. Parts of pixels at the right and lower edge count as whole ones. Opaque ones begin black.
     static BitmapContext imageContext(const QSizeF &size, bool opaque = false, qreal scale = 1.0);

@@ -1,5 +1,6 @@
 #include "Platform/Graphics/PixelOrientation.h"
 
+#include <QColorSpace>
 #include <QTransform>
 
 namespace Platform
@@ -33,7 +34,9 @@ QImage PixelOrientation::apply(const QImage &image) const
     // A quarter turn clockwise is an exchange of rows and columns followed by a mirroring, and Qt has a fast one.
     const QImage turned = transposed ? image.transformed(QTransform().rotate(90)) : image;
     const bool mirrorX = transposed ? !mirroredX : mirroredX;
-    return mirrorX || mirroredY ? turned.mirrored(mirrorX, mirroredY) : turned;
+    QImage result = mirrorX || mirroredY ? turned.mirrored(mirrorX, mirroredY) : turned;
+    result.setColorSpace(image.colorSpace()); // which the mirroring forgets
+    return result;
 }
 
 } // namespace Platform

@@ -28,6 +28,9 @@ void tst_ScreenShot::showsTheView()
     View corner(QRectF(0, 0, 40, 30));
     view.addSubview(&corner);
     corner.setBackgroundColor(QColor(255, 0, 0));
+    View cover(QRectF(100, 60, 100, 100)); // over the window's right half
+    cover.setParentItem(window.contentItem());
+    cover.setBackgroundColor(QColor(0, 0, 255));
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
 
@@ -36,12 +39,15 @@ void tst_ScreenShot::showsTheView()
     QCOMPARE(shot.scale(), window.effectiveDevicePixelRatio());
     QCOMPARE(TestImages::seenIn(shot.bitmap()), QStringLiteral("rggg"));
     QVERIFY(!shot.bitmap().hasAlphaChannel());
+    view.setBackgroundColor(Qt::transparent);
+    QCOMPARE(TestImages::seenIn(scale::captureScreenShotOfView(&view).bitmap()), QStringLiteral("r---"));
     corner.setParentItem(nullptr);
 }
 
 void tst_ScreenShot::isTransparentWithoutWindow()
 {
     View view(QRectF(0, 0, 20, 10));
+    view.setBackgroundColor(QColor(0, 255, 0));
     const Image shot = scale::captureScreenShotOfView(&view);
     QCOMPARE(shot.size(), QSizeF(20, 10));
     QCOMPARE(TestImages::seenIn(shot.bitmap()), QStringLiteral("----"));
