@@ -23,6 +23,13 @@ function(brevanto_target_defaults target)
     endif()
 endfunction()
 
+# Ends the configuration when the address in that variable is neither this machine's nor one of HTTPS.
+function(brevanto_require_secure_address variable)
+    if(NOT "${${variable}}" MATCHES "^(https://|http://(127[.]0[.]0[.]1|localhost|\\[::1\\])(:[0-9]+)?(/|$))")
+        message(FATAL_ERROR "${variable} is \"${${variable}}\": beyond this machine it has to be an https address")
+    endif()
+endfunction()
+
 # The QML compiler's C++ is not ours to mend. After qt_add_qml_module, in the same folder.
 function(brevanto_silence_generated_sources target)
     get_target_property(generated ${target} SOURCES)

@@ -93,7 +93,8 @@ void BrevantoServerManager::postCapturedImageData(
 {
     const auto params = std::make_shared<QuillfernServerParamsObject>();
     params->setPartialURL(QStringLiteral("image/upload"));
-    const QString appName = QStringLiteral("Brevanto-") + Platform::Bundle::mainBundleShortVersion();
+    const QString version = Platform::Bundle::mainBundleShortVersion();
+    const QString appName = QStringLiteral("Brevanto-") + (version.isEmpty() ? QStringLiteral("(null)") : version);
     const QString osName = DeviceDescription::systemName() + QLatin1String("- ") + DeviceDescription::systemVersion();
     params->setParamsDict(QVariantMap{
         {QStringLiteral("username"), getPercentEscapedString(QStringLiteral("dummy"))},

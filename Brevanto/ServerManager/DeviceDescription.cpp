@@ -9,16 +9,16 @@
 namespace DeviceDescription
 {
 
+#ifndef Q_OS_IOS
 QString model()
 {
-#if defined(Q_OS_ANDROID)
+#ifdef Q_OS_ANDROID
     return QJniObject::getStaticObjectField<jstring>("android/os/Build", "MODEL").toString();
-#elif defined(Q_OS_IOS)
-    return QStringLiteral("Phone");
 #else
     return QStringLiteral("Desktop");
 #endif
 }
+#endif
 
 QString systemName()
 {

@@ -5,6 +5,10 @@
 #include <QMutexLocker>
 #include <QObject>
 
+#ifdef Q_OS_DARWIN
+#include <CoreFoundation/CoreFoundation.h>
+#endif
+
 namespace Platform
 {
 
@@ -31,7 +35,16 @@ Bundle::Bundle(const QString &resourceRoot, const ClassTable &classes)
 
 QString Bundle::mainBundleShortVersion()
 {
+#ifdef Q_OS_DARWIN
+    // What Qt calls the application's version is another one there, that of the build.
+    const CFTypeRef version =
+        CFBundleGetValueForInfoDictionaryKey(CFBundleGetMainBundle(), CFSTR("CFBundleShortVersionString"));
+    if (version && CFGetTypeID(version) == CFStringGetTypeID())
+        return QString::fromCFString(static_cast<CFStringRef>(version));
+    return {};
+#else
     return QCoreApplication::applicationVersion();
+#endif
 }
 
 std::unique_ptr<QObject> Bundle::instantiate(const QString &className) const

@@ -23,7 +23,8 @@ public:
     // `resourceRoot` is a resource path such as ":/qt/qml/Example"; images stand in its folder "Assets".
     Bundle(const QString &resourceRoot, const ClassTable &classes);
 
-    // The application's version ("CFBundleShortVersionString"); empty when the application sets none.
+    // The application's version as users know it ("CFBundleShortVersionString" of an Apple bundle); empty when it has
+    // none.
     static QString mainBundleShortVersion();
 
     QString resourceRoot() const { return m_resourceRoot; }

@@ -57,6 +57,8 @@ private:
             return QStringLiteral("CannotConnect");
         case Code::TimedOut:
             return QStringLiteral("TimedOut");
+        case Code::TooLarge:
+            return QStringLiteral("TooLarge");
         default:
             return QStringLiteral("other");
         }

@@ -8,7 +8,7 @@
 namespace
 {
 
-enum class Target { Service, Elsewhere };
+enum class Target { Service, Elsewhere, Post };
 enum class Transport { Data, DataAndError, Error, Nothing };
 
 const QByteArray metaAnswer = R"({"status":{"code":0,"message":"Success"},"data":{"title":"T"}})";
@@ -29,14 +29,6 @@ std::optional<Platform::URLError> errorOf(Transport transport)
     if (transport == Transport::Error || transport == Transport::DataAndError)
         return Platform::URLError{Platform::URLError::Code::CannotConnect, {}};
     return std::nullopt;
-}
-
-void addColumns()
-{
-    QTest::addColumn<qint32>("code");
-    QTest::addColumn<Transport>("transport");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QStringList>("calls");
 }
 
 QStringList one(const char *call)
@@ -65,10 +57,8 @@ class tst_ServerResponses : public QObject
 private Q_SLOTS:
     void verifies_data();
     void verifies();
-    void handlesAGet_data();
-    void handlesAGet();
-    void handlesAPost_data();
-    void handlesAPost();
+    void handles_data();
+    void handles();
     void toleratesEmptyBlocks();
 };
 
@@ -107,9 +97,12 @@ void tst_ServerResponses::verifies()
     QCOMPARE(recorder.calls(), one(accepted ? "completion groups []" : "failure nil"));
 }
 
-void tst_ServerResponses::handlesAGet_data()
+void tst_ServerResponses::handles_data()
 {
-    addColumns();
+    QTest::addColumn<qint32>("code");
+    QTest::addColumn<Transport>("transport");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("calls");
     QTest::addColumn<Target>("target");
     const auto row = [](const char *name, Target target, qint32 code, const QByteArray &body, const QStringList &calls,
                         Transport transport = Transport::Data) {
@@ -158,8 +151,6 @@ void tst_ServerResponses::handlesAGet_data()
         one("completion nil"));
     row("short URL, no text", Target::Elsewhere, 2, R"({"status_code":200,"status_txt":"OK","data":{"url":5}})",
         one("completion nil"));
-    row("short URL, data is a list", Target::Elsewhere, 2, R"({"status_code":200,"status_txt":"OK","data":[]})",
-        one("completion nil"));
     row("short URL, no JSON", Target::Elsewhere, 2, "oops", one("completion nil"));
     row("short URL, error", Target::Elsewhere, 2, {}, one("failure CannotConnect"), Transport::Error);
 
@@ -168,9 +159,24 @@ void tst_ServerResponses::handlesAGet_data()
     row("groups from elsewhere", Target::Elsewhere, 4, matchesAnswer, {});
     row("unknown code", Target::Elsewhere, 77, metaAnswer, {});
     row("unknown code, error", Target::Elsewhere, 77, {}, one("failure CannotConnect"), Transport::Error);
+
+    row("POST, groups", Target::Post, 4, matchesAnswer, one("completion groups [2,1]"));
+    row("POST, no match", Target::Post, 4, R"({"status":{"code":0},"matches":[]})", one("completion groups []"));
+    row("POST, no list of matches", Target::Post, 4, R"({"status":{"code":0}})", one("completion groups []"));
+    row("POST, matches are null", Target::Post, 4, R"({"status":{"code":0},"matches":null})",
+        one("completion groups []"));
+    row("POST, metadata by POST", Target::Post, 0, metaAnswer, one("completion match T"));
+    row("POST, code without an object", Target::Post, 3, matchesAnswer, one("completion nil"));
+    row("POST, rejected", Target::Post, 4, rejectedAnswer, one("failure nil"));
+    row("POST, no JSON", Target::Post, 4, "oops", one("failure nil"));
+    row("POST, data and error", Target::Post, 4, matchesAnswer, one("completion groups [2,1]"),
+        Transport::DataAndError);
+    row("POST, rejected data and error", Target::Post, 4, "", one("failure nil"), Transport::DataAndError);
+    row("POST, error", Target::Post, 4, {}, one("failure CannotConnect"), Transport::Error);
+    row("POST, nothing", Target::Post, 4, {}, {}, Transport::Nothing);
 }
 
-void tst_ServerResponses::handlesAGet()
+void tst_ServerResponses::handles()
 {
     QFETCH(qint32, code);
     QFETCH(Target, target);
@@ -182,38 +188,10 @@ void tst_ServerResponses::handlesAGet()
         params.setPartialURL(QStringLiteral("ads/getAd"));
     else
         params.setSeparateURL(QStringLiteral("http://elsewhere/"));
-    handleGetResponse(*BrevantoServerManager::create(), params, dataOf(transport, body), errorOf(transport));
-    QTEST(recorder.calls(), "calls");
-}
-
-void tst_ServerResponses::handlesAPost_data()
-{
-    addColumns();
-    const auto row = [](const char *name, qint32 code, const QByteArray &body, const QStringList &calls,
-                        Transport transport = Transport::Data) {
-        QTest::newRow(name) << code << transport << body << calls;
-    };
-    row("groups", 4, matchesAnswer, one("completion groups [2,1]"));
-    row("no match", 4, R"({"status":{"code":0},"matches":[]})", one("completion groups []"));
-    row("no list of matches", 4, R"({"status":{"code":0}})", one("completion groups []"));
-    row("matches are null", 4, R"({"status":{"code":0},"matches":null})", one("completion groups []"));
-    row("metadata by POST", 0, metaAnswer, one("completion match T"));
-    row("code without an object", 3, matchesAnswer, one("completion nil"));
-    row("rejected", 4, rejectedAnswer, one("failure nil"));
-    row("no JSON", 4, "oops", one("failure nil"));
-    row("data and error", 4, matchesAnswer, one("completion groups [2,1]"), Transport::DataAndError);
-    row("rejected data and error", 4, "", one("failure nil"), Transport::DataAndError);
-    row("error", 4, {}, one("failure CannotConnect"), Transport::Error);
-    row("nothing", 4, {}, {}, Transport::Nothing);
-}
-
-void tst_ServerResponses::handlesAPost()
-{
-    QFETCH(qint32, code);
-    QFETCH(Transport, transport);
-    QFETCH(QByteArray, body);
-    CallRecorder recorder;
-    handlePostResponse(recorded(code, recorder), dataOf(transport, body), errorOf(transport));
+    if (target == Target::Post)
+        handlePostResponse(params, dataOf(transport, body), errorOf(transport));
+    else
+        handleGetResponse(*BrevantoServerManager::create(), params, dataOf(transport, body), errorOf(transport));
     QTEST(recorder.calls(), "calls");
 }
 
