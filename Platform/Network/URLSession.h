@@ -63,8 +63,8 @@ struct URLResponse {
 class BREVANTO_EXPORT URLSession
 {
 public:
-    // Exactly one of data and error is present; response comes with data. Runs on the session's thread, never before
-    // dataTask has returned.
+    // Exactly one of data and error is present; response comes with data. Runs on the session's thread, never inside
+    // dataTask.
     using Completion = std::function<void(std::optional<QByteArray> data, std::optional<URLResponse> response,
                                           std::optional<URLError> error)>;
     struct Configuration {
