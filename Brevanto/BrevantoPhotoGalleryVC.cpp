@@ -9,11 +9,10 @@
 #include "Brevanto/ThemeColor.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
 #include "Brevanto/Utils/CustomLabel.h"
+#include "Brevanto/WebAction.h"
 #include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Foundation/Log.h"
-#include "Platform/Interface/AlertController.h"
 #include "Platform/Interface/SystemFont.h"
-#include "Platform/Interface/Window.h"
 
 #include <algorithm>
 
@@ -344,14 +343,7 @@ void BrevantoPhotoGalleryVC::buyButtonClicked(CatalogueButton *button)
 
 void BrevantoPhotoGalleryVC::openArticleOnWeb(const QString &urlString)
 {
-    if (!urlString.isEmpty()) {
-        Platform::Application::openURL(QUrl(urlString));
-        return;
-    }
-    auto alert = std::make_unique<Platform::AlertController>(QStringLiteral("Sorry!"),
-                                                             QStringLiteral("This option is not available."));
-    alert->addAction({QStringLiteral("Ok"), Platform::AlertActionStyle::Default, {}});
-    present(std::move(alert), true);
+    ::openArticleOnWeb(this, urlString);
 }
 
 Platform::View *BrevantoPhotoGalleryVC::viewForZoomingInScrollView(Platform::ScrollView *scrollView)

@@ -63,7 +63,7 @@ public:
     Q_INVOKABLE void nextButtonClicked();
     Q_INVOKABLE void prevButtonClicked();
     void buyButtonClicked(CatalogueButton *button);
-    // Opens the page in the browser; an empty address is answered with an alert.
+    // Opens the page in the web viewer; an empty address is answered with an alert.
     void openArticleOnWeb(const QString &urlString);
     // Single taps have no effect.
     void handleSingleTap() { }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
 #include "Platform/Interface/ViewController.h"
 
 #include <QQuickWindow>
@@ -92,7 +93,7 @@ public:
 };
 URLOpener &urlOpener();
 // Replaces the opener; null restores the platform's. The caller keeps ownership.
-void setURLOpener(URLOpener *opener);
+BREVANTO_EXPORT void setURLOpener(URLOpener *opener);
 
 // Whether openURL() would hand the address to another application: a telephone number or a web page for which the
 // platform has one. Nothing else that a server sends leaves the application.

@@ -1,14 +1,9 @@
 #include "DemoDriver.h"
 
-#include <QAccessible>
 #include <QDir>
-#include <QImage>
-#include <QPointingDevice>
-#include <QTest>
 
 #include <algorithm>
 #include <cstdio>
-#include <stdexcept>
 
 using namespace std::chrono_literals;
 
@@ -17,63 +12,35 @@ namespace
 
 constexpr int firstHotspotTag = 11223344;
 
-struct StepFailed : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// On the screen: shown, and with a size. Screens below the top one are hidden by their navigation stack.
-bool isShown(const QQuickItem *item)
-{
-    return item->isVisible() && item->width() > 0 && item->height() > 0;
-}
-
-void visit(QQuickItem *item, const std::function<void(QQuickItem *)> &visitor)
-{
-    if (!item->isVisible())
-        return;
-    visitor(item);
-    const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *child : children)
-        visit(child, visitor);
-}
-
-QQuickItem *shownItem(const QQuickWindow *window, const QString &objectName)
-{
-    QQuickItem *found = nullptr;
-    visit(window->contentItem(), [&](QQuickItem *item) {
-        if (item->objectName() == objectName && isShown(item))
-            found = item;
-    });
-    return found;
-}
-
 void print(const QString &line)
 {
     std::puts(qPrintable(line));
     std::fflush(stdout);
 }
 
-// What assistive technology calls the hotspot: the title of its match.
-QString spokenName(QQuickItem *hotspot)
+// The title of the hotspot's match, as its control is called.
+QString nameOf(QQuickItem *hotspot)
 {
-    QString name;
-    visit(hotspot, [&name](QQuickItem *item) {
-        QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(item);
-        if (name.isEmpty() && spoken && spoken->role() == QAccessible::Button)
-            name = spoken->text(QAccessible::Name);
-    });
+    QString name = WindowDriver::spokenName(hotspot);
+    const QList<QQuickItem *> children = hotspot->childItems();
+    for (QQuickItem *child : children) {
+        if (name.isEmpty())
+            name = nameOf(child);
+    }
     return name;
 }
 
 // Where the picture lies within the view that shows it.
-QRectF pictureRect(QQuickItem *imageView)
+QRectF pictureRect(QQuickItem *imageView, const QList<QQuickItem *> &items)
 {
-    QRectF rect;
-    visit(imageView, [&](QQuickItem *item) {
+    for (QQuickItem *item : items) {
         if (item->inherits("QQuickImage"))
-            rect = item->mapRectToItem(imageView, item->boundingRect());
-    });
-    return rect;
+            return item->mapRectToItem(imageView, item->boundingRect());
+        const QRectF rect = pictureRect(imageView, item->childItems());
+        if (!rect.isEmpty())
+            return rect;
+    }
+    return {};
 }
 
 // Whether the middle of the window shows a picture rather than one colour.
@@ -93,13 +60,10 @@ bool showsPicture(const QImage &shot)
 } // namespace
 
 DemoDriver::DemoDriver(QQuickWindow *window, const QString &folder)
-    : m_window(window)
+    : m_user(window, WindowDriver::Manner::Touch)
     , m_folder(folder)
-    , m_finger(QTest::createTouchDevice())
 {
 }
-
-DemoDriver::~DemoDriver() = default;
 
 int DemoDriver::run()
 {
@@ -119,38 +83,39 @@ int DemoDriver::run()
 
 void DemoDriver::openCamera()
 {
-    require([this] { return m_window->isExposed(); }, "the window did not open", 20s);
-    const QQuickItem *button = requireItem(QStringLiteral("scanButton"), "the button is not there");
-    settle();
+    m_user.require([this] { return m_user.window()->isExposed(); }, QStringLiteral("the window did not open"));
+    QQuickItem *button = m_user.requireItem(QStringLiteral("scanButton"));
+    m_user.settle();
     save("host");
-    tap(button);
+    m_user.activate(button);
 }
 
 void DemoDriver::photograph()
 {
-    const QQuickItem *shutter = requireItem(QStringLiteral("captureButton"), "the camera screen did not come");
-    settle();
-    require([this] { return !alertText().isEmpty() || showsPicture(m_window->grabWindow()); },
-            "the camera's picture did not come", 20s);
+    QQuickItem *shutter = m_user.requireItem(QStringLiteral("captureButton"));
+    m_user.settle();
+    m_user.require([this] { return !alertText().isEmpty() || showsPicture(m_user.picture()); },
+                   QStringLiteral("the camera's picture did not come"));
     if (!alertText().isEmpty())
-        throw StepFailed("the camera screen says: " + alertText().toStdString());
-    require([shutter] { return shutter->isEnabled(); }, "the shutter stayed disabled", 10s);
-    settle();
+        throw StepFailed(QStringLiteral("the camera screen says: ") + alertText());
+    m_user.require([shutter] { return shutter->isEnabled(); }, QStringLiteral("the shutter stayed disabled"));
+    m_user.settle();
     save("camera");
     m_sinceShutter.start();
-    tap(shutter);
+    m_user.activate(shutter);
 }
 
 void DemoDriver::report()
 {
-    require([this] { return !hotspots().isEmpty() || !alertText().isEmpty(); }, "no answer came", 40s);
+    m_user.require([this] { return !hotspots().isEmpty() || !alertText().isEmpty(); }, QStringLiteral("no answer came"),
+                   40s);
     const qint64 elapsed = m_sinceShutter.elapsed();
     const QString alert = alertText();
-    settle();
+    m_user.settle();
     if (hotspots().isEmpty()) {
         save("alert");
         if (!alert.startsWith(QLatin1StringView("No matches found")))
-            throw StepFailed(alert.toStdString());
+            throw StepFailed(alert);
         print(alert);
         return;
     }
@@ -162,13 +127,13 @@ void DemoDriver::report()
 void DemoDriver::reportHotspots(const QList<QQuickItem *> &hotspots)
 {
     QQuickItem *imageView = hotspots.constFirst()->parentItem();
-    const QRectF image = pictureRect(imageView);
+    const QRectF image = pictureRect(imageView, imageView->childItems());
     print(QStringLiteral("%1 hotspots:").arg(hotspots.size()));
     for (QQuickItem *hotspot : hotspots) {
         const QPointF center = hotspot->mapRectToItem(imageView, hotspot->boundingRect()).center();
         const QPointF inWindow = imageView->mapToScene(center);
         print(QStringLiteral("  %1  at %2% across, %3% down; (%4, %5) points in the window")
-                  .arg(spokenName(hotspot))
+                  .arg(nameOf(hotspot))
                   .arg(100 * (center.x() - image.x()) / image.width(), 0, 'f', 1)
                   .arg(100 * (center.y() - image.y()) / image.height(), 0, 'f', 1)
                   .arg(inWindow.x(), 0, 'f', 0)
@@ -176,42 +141,10 @@ void DemoDriver::reportHotspots(const QList<QQuickItem *> &hotspots)
     }
 }
 
-void DemoDriver::require(const std::function<bool()> &condition, const char *what, std::chrono::milliseconds bound)
-{
-    if (!QTest::qWaitFor(condition, static_cast<int>(bound.count())))
-        throw StepFailed(what);
-}
-
-QQuickItem *DemoDriver::requireItem(const QString &objectName, const char *what)
-{
-    require([&] { return shownItem(m_window, objectName) != nullptr; }, what, 20s);
-    return shownItem(m_window, objectName);
-}
-
-void DemoDriver::tap(const QQuickItem *item)
-{
-    const QPoint place = item->mapToScene(item->boundingRect().center()).toPoint();
-    QTest::touchEvent(m_window, m_finger.get()).press(0, place, m_window);
-    QTest::touchEvent(m_window, m_finger.get()).release(0, place, m_window);
-}
-
-// Waits until transitions are over: two pictures in a row are the same. A screen that never rests is taken as it is.
-void DemoDriver::settle()
-{
-    QImage last;
-    for (int i = 0; i < 20; ++i) {
-        const QImage now = m_window->grabWindow();
-        if (now == last)
-            return;
-        last = now;
-        QTest::qWait(100);
-    }
-}
-
 void DemoDriver::save(const char *name)
 {
     const QString path = QStringLiteral("%1/%2-%3.png").arg(m_folder).arg(++m_saved).arg(QLatin1StringView(name));
-    if (m_window->grabWindow().save(path))
+    if (m_user.picture().save(path))
         print(QStringLiteral("Saved %1").arg(path));
     else
         std::fprintf(stderr, "Demo: cannot write %s.\n", qPrintable(path));
@@ -221,7 +154,7 @@ void DemoDriver::save(const char *name)
 QList<QQuickItem *> DemoDriver::hotspots() const
 {
     QList<QQuickItem *> found;
-    visit(m_window->contentItem(), [&](QQuickItem *item) {
+    m_user.visit([&](QQuickItem *item) {
         if (item->inherits("BrevantoHotspotView") && item->property("tag").toInt() >= firstHotspotTag)
             found.append(item);
     });
@@ -236,7 +169,7 @@ QString DemoDriver::alertText() const
 {
     QStringList lines;
     for (const char *part : {"alertTitle", "alertMessage"}) {
-        if (const QQuickItem *text = shownItem(m_window, QLatin1StringView(part)))
+        if (const QQuickItem *text = m_user.item(QLatin1StringView(part)))
             lines.append(text->property("text").toString());
     }
     return lines.join(QLatin1StringView(" - "));

@@ -1,4 +1,6 @@
 #include "DemoDriver.h"
+#include "DemoNetwork.h"
+#include "Tour.h"
 
 #include "Platform/Capture/ImageFileCamera.h"
 #include "Platform/Network/ReachabilityTarget.h"
@@ -13,35 +15,16 @@
 #include <QtWebView>
 
 #include <cstdio>
+#include <optional>
 
 namespace
 {
-
-// The internet of a machine that has the development service on its loopback and nothing else.
-class ReachableTarget final : public Platform::ReachabilityTarget
-{
-public:
-    std::optional<quint32> flags() const override { return Platform::ReachabilityFlag::Reachable; }
-    bool setCallback(Callback, QObject *) override { return true; }
-    bool schedule() override { return true; }
-    void unschedule() override { }
-};
 
 bool hasNetworkRoute()
 {
     const auto internet = Platform::ReachabilityTarget::withAddress(QHostAddress::AnyIPv4);
     const quint32 flags = internet ? internet->flags().value_or(0) : 0;
     return flags & Platform::ReachabilityFlag::Reachable;
-}
-
-void assumeOnline()
-{
-    if (hasNetworkRoute())
-        return;
-    std::puts("No network route; the loopback service is declared reachable.");
-    std::fflush(stdout);
-    Platform::ReachabilityTarget::setFactory(
-        [](const QString &, const QHostAddress &) { return std::make_unique<ReachableTarget>(); });
 }
 
 void useCameraOfPictures(const QString &path)
@@ -83,11 +66,25 @@ int main(int argc, char *argv[])
     const QCommandLineOption online(
         QStringLiteral("assume-online"),
         QStringLiteral("Where the machine has no network route, take the service on the loopback for reachable."));
-    parser.addOptions({photo, fallback, demo, online});
+    const QCommandLineOption tour(
+        QStringLiteral("tour"),
+        QStringLiteral("Go through every screen and action, save a picture of each into this folder and exit."),
+        QStringLiteral("folder"));
+    const QCommandLineOption keyboard(QStringLiteral("keyboard"), QStringLiteral("Make the tour by keyboard alone."));
+    const QCommandLineOption service(QStringLiteral("service-pid"),
+                                     QStringLiteral("The match service's process, which the tour stops for a while."),
+                                     QStringLiteral("number"));
+    parser.addOptions({photo, fallback, demo, online, tour, keyboard, service});
     parser.process(application);
 
-    if (parser.isSet(online))
-        assumeOnline();
+    std::optional<DemoNetwork> network;
+    if (parser.isSet(tour)) {
+        network.emplace();
+    } else if (parser.isSet(online) && !hasNetworkRoute()) {
+        std::puts("No network route; the loopback service is declared reachable.");
+        std::fflush(stdout);
+        network.emplace();
+    }
     if (parser.isSet(photo))
         useCameraOfPictures(parser.value(photo));
     else if (parser.isSet(fallback) && Platform::CaptureDevice::devices().empty())
@@ -99,8 +96,14 @@ int main(int argc, char *argv[])
     if (engine.rootObjects().isEmpty())
         return 1;
 
-    if (parser.isSet(demo)) {
-        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst());
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst());
+    if (parser.isSet(tour)) {
+        const auto manner = parser.isSet(keyboard) ? WindowDriver::Manner::Keyboard : WindowDriver::Manner::Touch;
+        QTimer::singleShot(0, &application, [&, manner] {
+            QCoreApplication::exit(
+                Tour(window, manner, parser.value(tour), *network, parser.value(service).toLongLong()).run());
+        });
+    } else if (parser.isSet(demo)) {
         QTimer::singleShot(0, &application, [window, folder = parser.value(demo)] {
             QCoreApplication::exit(DemoDriver(window, folder).run());
         });

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void zoomsByPinchAndDoubleTap();
     void buyButtonTakesTheThemesColor_data();
     void buyButtonTakesTheThemesColor();
+    void buyOpensTheWebViewer();
     void staysOnItsPageWhenTheWindowTurns();
     void survivesClosingWhileImagesAreOnTheirWay();
     void staysLightWithFiveHundredImages();
@@ -344,6 +345,16 @@ void tst_BrevantoPhotoGalleryVC::buyButtonTakesTheThemesColor()
     QCOMPARE(buyButton(0)->backgroundColor(), color);
     const QPoint inside = buyButton(0)->mapToScene({8, 22}).toPoint();
     QTRY_COMPARE(m_window->grab().pixelColor(inside), color);
+}
+
+void tst_BrevantoPhotoGalleryVC::buyOpensTheWebViewer()
+{
+    open({product(url(0), {}, m_server->url(QStringLiteral("/shop")))});
+    QTRY_VERIFY(isLoaded());
+    m_window->tap(buyButton(0));
+    auto *stack = qobject_cast<Platform::NavigationController *>(m_screen->presentedViewController());
+    QVERIFY(stack);
+    QVERIFY(stack->topViewController()->inherits("BrevantoWebVC"));
 }
 
 void tst_BrevantoPhotoGalleryVC::staysOnItsPageWhenTheWindowTurns()

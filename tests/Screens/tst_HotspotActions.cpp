@@ -5,7 +5,6 @@
 #include "Brevanto/BrevantoAdVC.h"
 #include "Brevanto/BrevantoBundle.h"
 #include "Brevanto/BrevantoConstants.h"
-#include "Brevanto/Model/BrevantoMatchObject.h"
 #include "Brevanto/Utils/BrevantoHotspotView.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
 #include "Platform/Interface/AlertController.h"
@@ -81,6 +80,8 @@ private Q_SLOTS:
 
     void offersWhatTheMatchCarries_data();
     void offersWhatTheMatchCarries();
+    void opensWhatTheRowSays_data();
+    void opensWhatTheRowSays();
     void callsOnlyWhatCanBeCalled_data();
     void callsOnlyWhatCanBeCalled();
     void standsInsideTheWindow_data();
@@ -208,6 +209,36 @@ void tst_HotspotActions::offersWhatTheMatchCarries()
     QVERIFY(isDimmed());
     QVERIFY(!marker(0)->shouldAnimate());
     m_window->grab(QStringLiteral("popover-%1-rows").arg(titles.size()));
+}
+
+void tst_HotspotActions::opensWhatTheRowSays_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QByteArray>("screen");
+    QTest::newRow("information") << 0 << QByteArray("BrevantoWebVC");
+    QTest::newRow("video") << 1 << QByteArray("Platform::PlayerViewController");
+    QTest::newRow("video on the web") << 1 << QByteArray("BrevantoWebVC");
+    QTest::newRow("audio") << 2 << QByteArray("Platform::PlayerViewController");
+    QTest::newRow("gallery") << 4 << QByteArray("BrevantoPhotoGalleryVC");
+    QTest::newRow("shop") << 5 << QByteArray("BrevantoWebVC");
+}
+
+void tst_HotspotActions::opensWhatTheRowSays()
+{
+    QFETCH(int, row);
+    QFETCH(QByteArray, screen);
+    const auto match = fullMatchAt(50, 50);
+    if (row == 1 && screen == "BrevantoWebVC")
+        match->setYouTubeVideoUrl(QStringLiteral("http://127.0.0.1:9/youtube.com/clip"));
+    open({match});
+    QVERIFY(openPopover());
+    m_window->tap(this->row(row));
+    QTRY_VERIFY(presented() && !isPopoverOpen());
+    const Platform::ViewController *top = Platform::Window::of(m_window->window())->topmostViewController();
+    QCOMPARE(QByteArray(top->metaObject()->className()), screen);
+    QTRY_VERIFY(top->isVisible());
+    QTRY_VERIFY(!isDimmed());
+    m_window->grab(QStringLiteral("action-%1").arg(QString::fromLatin1(QTest::currentDataTag()).replace(u' ', u'-')));
 }
 
 void tst_HotspotActions::callsOnlyWhatCanBeCalled_data()

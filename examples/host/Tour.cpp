@@ -1,0 +1,338 @@
+#include "Tour.h"
+
+#include "DemoNetwork.h"
+
+#include "Platform/Interface/Window.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <QTextStream>
+
+#include <csignal>
+#include <cstdio>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+// The hotspots of the photographed ads that the tour goes to, by the titles of their matches.
+const QString bottle = QStringLiteral("Zumbaro orange");
+const QString concert = QStringLiteral("Nattlund jazz nights");
+const QString wall = QStringLiteral("Noodle house");
+
+} // namespace
+
+// Stands in for the telephone and the browser, which would cover the window, and remembers what they were given.
+class Tour::Opener final : public Platform::Application::URLOpener
+{
+public:
+    Opener() { Platform::Application::setURLOpener(this); }
+    ~Opener() override { Platform::Application::setURLOpener(nullptr); }
+
+    bool canOpen(const QUrl &) override { return true; }
+    void open(const QUrl &url, const std::function<void(bool)> &completion) override
+    {
+        lastOpened = url;
+        if (completion)
+            completion(true);
+    }
+
+    QUrl lastOpened;
+};
+
+Tour::Tour(QQuickWindow *window, WindowDriver::Manner manner, const QString &folder, DemoNetwork &network,
+           qint64 servicePid)
+    : m_user(window, manner)
+    , m_manner(manner)
+    , m_folder(folder)
+    , m_network(network)
+    , m_servicePid(servicePid)
+    , m_opener(std::make_unique<Opener>())
+{
+}
+
+Tour::~Tour() = default;
+
+int Tour::run()
+{
+    m_elapsed.start();
+    int code = 0;
+    try {
+        if (!QDir().mkpath(m_folder))
+            throw StepFailed("cannot make the folder for the pictures");
+        host();
+        camera();
+        firstAd();
+        legend();
+        popover();
+        moreInformation();
+        video();
+        call();
+        gallery();
+        buy();
+        leaveAd();
+        noMatch();
+        audio();
+        hotspotWithoutData();
+        offline();
+        silentService();
+        recents();
+        close();
+    } catch (const StepFailed &failure) {
+        std::fprintf(stderr, "Tour: %s.\n", failure.what());
+        m_user.picture().save(m_folder + QStringLiteral("/failure.png"));
+        code = 1;
+    }
+    writeIndex();
+    std::printf("%zu pictures in %.1f s\n", m_pictures.size(), static_cast<double>(m_elapsed.elapsed()) / 1000);
+    return code;
+}
+
+void Tour::host()
+{
+    m_user.require([this] { return m_user.window()->isExposed(); }, QStringLiteral("the window did not open"));
+    m_user.requireControl(QStringLiteral("Scan an ad"));
+    show("host", QStringLiteral("The host application, with the button that shows the camera screen"));
+}
+
+void Tour::camera()
+{
+    m_user.activate(QStringLiteral("Scan an ad"));
+    m_user.requireControl(QStringLiteral("Take photo"));
+    show("camera", QStringLiteral("The camera screen; its splash has faded"));
+    m_user.activate(QStringLiteral("Flash"));
+    show("camera-flash", QStringLiteral("The flash is on"));
+    m_user.activate(QStringLiteral("Framing guide"));
+    show("camera-guide", QStringLiteral("The framing guide, switched by the button at the top right"));
+    m_user.activate(QStringLiteral("Framing guide"));
+    m_user.activate(QStringLiteral("Flash"));
+    if (m_manner == WindowDriver::Manner::Touch) {
+        const QPointF middle(m_user.window()->width() / 2.0, m_user.window()->height() / 2.0);
+        m_user.pinch(middle, 80, 160);
+        show("camera-zoom", QStringLiteral("Two fingers zoom the camera"));
+        m_user.pinch(middle, 200, 60);
+    }
+}
+
+void Tour::firstAd()
+{
+    photograph();
+    m_user.requireControl(bottle);
+    show("ad", QStringLiteral("The recognised ad, with a pulsing hotspot for each of its matches"));
+}
+
+void Tour::legend()
+{
+    m_user.activate(QStringLiteral("Info"));
+    m_user.requireText(QStringLiteral("Watch a video of the product"));
+    show("legend", QStringLiteral("What the kinds of action mean: the info button's sheet"));
+    m_user.activate(QStringLiteral("Call the brand"));
+    m_user.require([this] { return !m_user.showsText(QStringLiteral("Call the brand")); },
+                   QStringLiteral("the sheet did not go"));
+}
+
+void Tour::popover()
+{
+    m_user.activate(bottle);
+    m_user.requireText(QStringLiteral("More Information"));
+    show("options", QStringLiteral("A tapped hotspot offers the actions that its match carries"));
+    m_user.press(Qt::Key_Escape);
+    m_user.require([this] { return !m_user.showsText(QStringLiteral("More Information")); },
+                   QStringLiteral("the options did not go"));
+}
+
+void Tour::moreInformation()
+{
+    choose(bottle, QStringLiteral("More Information"));
+    waitForPage();
+    show("web", QStringLiteral("More Information: the page in the web viewer"));
+    m_user.activate(QStringLiteral("Reload"));
+    waitForPage();
+    m_user.activate(QStringLiteral("Open in browser"));
+    m_user.requireText(QStringLiteral("Do you want to Open in Safari ?"));
+    show("web-browser", QStringLiteral("The page can be handed to the browser"));
+    m_user.activate(QStringLiteral("Open"));
+    m_user.require([this] { return !m_opener->lastOpened.isEmpty(); }, QStringLiteral("nothing was handed over"));
+    m_user.settle();
+    m_user.activate(QStringLiteral("Close"));
+}
+
+void Tour::video()
+{
+    choose(bottle, QStringLiteral("Video"));
+    m_user.requireControl(QStringLiteral("Pause"));
+    show("video", QStringLiteral("Video: the player, with its controls"));
+    m_user.require(
+        [this] { return m_user.control(QStringLiteral("Pause")) == nullptr && m_user.control(bottle) != nullptr; },
+        QStringLiteral("the player did not close at the end of the clip"), 40s);
+}
+
+void Tour::call()
+{
+    choose(bottle, QStringLiteral("Make Call"));
+    m_user.require([this] { return m_opener->lastOpened.scheme() == QLatin1StringView("tel"); },
+                   QStringLiteral("no number was called"));
+    show("call", QStringLiteral("Make Call hands %1 to the telephone").arg(m_opener->lastOpened.toString()));
+}
+
+void Tour::gallery()
+{
+    choose(bottle, QStringLiteral("Photo Gallery"));
+    m_user.requireControl(QStringLiteral("Next image"));
+    show("gallery", QStringLiteral("Photo Gallery: the first image, with its caption"));
+    m_user.activate(QStringLiteral("Next image"));
+    show("gallery-next", QStringLiteral("The next image"));
+    const QPointF middle(m_user.window()->width() / 2.0, m_user.window()->height() / 2.0);
+    if (m_manner == WindowDriver::Manner::Touch) {
+        m_user.doubleTap(middle);
+        show("gallery-zoom", QStringLiteral("A double tap zooms"));
+        m_user.doubleTap(middle);
+        m_user.settle();
+        m_user.swipe(middle + QPointF(120, 0), middle - QPointF(120, 0));
+    } else {
+        m_user.press(Qt::Key_Right);
+    }
+    show("gallery-last", QStringLiteral("The last image"));
+    m_user.activate(QStringLiteral("Close"));
+}
+
+void Tour::buy()
+{
+    choose(bottle, QStringLiteral("Buy it now"));
+    waitForPage();
+    show("buy", QStringLiteral("Buy it now: the shop's page"));
+    m_user.activate(QStringLiteral("Close"));
+}
+
+void Tour::noMatch()
+{
+    photograph();
+    m_user.requireText(QStringLiteral("No matches found"));
+    show("no-match", QStringLiteral("A photo of nothing in the catalogue"));
+    m_user.activate(m_user.requireItem(QStringLiteral("alertButton0")));
+}
+
+void Tour::audio()
+{
+    photograph();
+    m_user.requireControl(concert);
+    choose(concert, QStringLiteral("Audio"));
+    m_user.requireControl(QStringLiteral("Pause"));
+    show("audio", QStringLiteral("Audio: the player without a picture"));
+    m_user.activate(QStringLiteral("Close"));
+    m_user.requireControl(concert);
+    leaveAd();
+}
+
+void Tour::hotspotWithoutData()
+{
+    photograph();
+    m_user.activate(wall);
+    m_user.requireText(QStringLiteral("Hotspot data not available."));
+    show("no-data", QStringLiteral("A hotspot whose match carries nothing"));
+    m_user.activate(m_user.requireItem(QStringLiteral("alertButton0")));
+}
+
+void Tour::offline()
+{
+    m_network.setReachable(false);
+    show("offline", QStringLiteral("The network is gone: a banner, on whichever screen is shown"));
+    m_network.setReachable(true);
+    leaveAd();
+}
+
+void Tour::silentService()
+{
+    kill(static_cast<pid_t>(m_servicePid), SIGSTOP);
+    photograph();
+    show("uploading", QStringLiteral("Waiting for the answer"));
+    m_user.requireText(QStringLiteral("Something went wrong!!"));
+    show("failure-alert", QStringLiteral("The service did not answer"));
+    kill(static_cast<pid_t>(m_servicePid), SIGCONT);
+    m_user.activate(m_user.requireItem(QStringLiteral("alertButton0")));
+}
+
+void Tour::recents()
+{
+    m_user.activate(QStringLiteral("Recents"));
+    m_user.requireControl(concert);
+    show("recents", QStringLiteral("Recents: the ads seen, the latest first"));
+    m_user.activate(concert);
+    m_user.requireControl(QStringLiteral("Info"));
+    m_user.requireControl(concert);
+    show("recents-ad", QStringLiteral("An ad opened again from the recents"));
+    leaveAd();
+    m_user.settle();
+    m_user.press(Qt::Key_Escape);
+    m_user.requireControl(QStringLiteral("Take photo"));
+}
+
+void Tour::close()
+{
+    m_user.settle();
+    m_user.activate(QStringLiteral("Close"));
+    m_user.requireControl(QStringLiteral("Scan an ad"));
+    show("back", QStringLiteral("Back in the host application"));
+}
+
+void Tour::photograph()
+{
+    m_user.settle();
+    m_user.activate(QStringLiteral("Take photo"));
+}
+
+void Tour::choose(const QString &hotspot, const QString &option)
+{
+    m_user.requireControl(hotspot);
+    m_user.settle();
+    m_user.activate(hotspot);
+    m_user.requireControl(option);
+    m_user.settle();
+    m_user.activate(option);
+}
+
+void Tour::waitForPage()
+{
+    m_user.requireControl(QStringLiteral("Reload"));
+    m_user.require([this] { return m_user.item(QStringLiteral("loadProgress")) == nullptr; },
+                   QStringLiteral("the page did not come"));
+}
+
+void Tour::leaveAd()
+{
+    m_user.settle();
+    m_user.activate(QStringLiteral("Back"));
+}
+
+void Tour::show(const char *name, const QString &caption)
+{
+    m_user.settle();
+    const QString file =
+        QStringLiteral("%1-%2.png").arg(m_pictures.size() + 1, 2, 10, QLatin1Char('0')).arg(QLatin1StringView(name));
+    if (!m_user.picture().save(m_folder + QLatin1Char('/') + file))
+        throw StepFailed(QStringLiteral("cannot write ") + file);
+    m_pictures.push_back({file, caption});
+    const QStringList nameless = m_user.namelessControls();
+    if (!nameless.isEmpty())
+        throw StepFailed(
+            QStringLiteral("%1: controls without a name: %2").arg(file, nameless.join(QStringLiteral(", "))));
+}
+
+void Tour::writeIndex() const
+{
+    QFile file(m_folder + QStringLiteral("/index.html"));
+    if (!file.open(QIODevice::WriteOnly)) {
+        std::fprintf(stderr, "Tour: cannot write %s.\n", qPrintable(file.fileName()));
+        return;
+    }
+    QTextStream page(&file);
+    page << "<!doctype html><meta charset=\"utf-8\"><title>Brevanto</title>\n"
+            "<style>body{font:15px sans-serif;margin:24px}figure{display:inline-block;width:260px;margin:0 16px 24px 0;"
+            "vertical-align:top}img{width:100%;border:1px solid #ccc;border-radius:12px}</style>\n";
+    for (const Picture &picture : m_pictures) {
+        page << "<figure><img src=\"" << picture.file << "\" alt=\"\"><figcaption>" << picture.caption.toHtmlEscaped()
+             << "</figcaption></figure>\n";
+    }
+}
