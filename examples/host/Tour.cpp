@@ -32,7 +32,7 @@ public:
     ~Opener() override { Platform::Application::setURLOpener(nullptr); }
 
     bool canOpen(const QUrl &) override { return true; }
-    void open(const QUrl &url, const std::function<void(bool)> &completion) override
+    void open(const QUrl &url, std::function<void(bool)> completion) override
     {
         lastOpened = url;
         if (completion)
