@@ -168,7 +168,8 @@ void BrevantoCameraVC::viewDidLayoutSubviews()
         setUpTheDashedView();
         m_dashedView->setHidden(true);
     } else if (m_shapeLayer && m_shapeLayer->bounds().size() != m_dashedView->frame().size()) {
-        // A desktop window changes its size without turning.
+        // A desktop window changes its size without turning; and when it turns, the scene may move the guide once more
+        // after the call that announced it.
         placePreviewAndGuide();
     }
     view()->layoutIfNeeded();
