@@ -23,8 +23,8 @@ std::chrono::milliseconds ManualClock::now() const
 void ManualClock::after(std::chrono::milliseconds delay, QObject *context, std::function<void()> block)
 {
     const QMutexLocker lock(&m_mutex);
-    m_entries.insert({m_now + delay,
-                      {QThread::currentThread(), QAbstractEventDispatcher::instance(), context, std::move(block)}});
+    m_entries.insert(
+        {m_now + delay, {QThread::currentThread(), QAbstractEventDispatcher::instance(), context, std::move(block)}});
 }
 
 void ManualClock::advance(std::chrono::milliseconds duration)
