@@ -64,9 +64,10 @@ void NavigationController::viewDidLoad()
     ViewController::viewDidLoad();
     connect(view(), &QQuickItem::widthChanged, this, [this] { place(topViewController()); });
     connect(view(), &QQuickItem::heightChanged, this, [this] { place(topViewController()); });
-    // The first screen may set the appearance while it loads; the bar's look decides where the screens stand.
-    for (const auto &controller : d->stack)
-        controller->view();
+    // The first screen may set the appearance while it loads; the bar's look decides where the screens stand. A screen
+    // may also push and pop meanwhile.
+    for (std::size_t index = 0; index < d->stack.size(); ++index)
+        d->stack[index]->view();
     d->look = NavigationBarAppearance::appearance();
     Q_EMIT barChanged();
     for (const auto &controller : d->stack)
@@ -104,7 +105,7 @@ void NavigationController::pushViewController(std::unique_ptr<ViewController> co
     adopt(to);
     connect(to, &ViewController::toolbarItemsChanged, this, &NavigationController::topChanged);
     d->stack.push_back(std::move(controller));
-    if (!isViewLoaded())
+    if (!stands())
         return;
     stack(to);
     exchangeTop(from, to, true, animated);
@@ -117,10 +118,22 @@ void NavigationController::popViewController(bool animated)
         return;
     d->leaving = std::move(d->stack.back());
     d->stack.pop_back();
-    if (isViewLoaded())
+    if (stands())
         exchangeTop(d->leaving.get(), topViewController(), false, animated);
     else
-        d->leaving.reset();
+        d->leaving.release()->deleteLater(); // it may be the caller
+}
+
+void NavigationController::interactivePop()
+{
+    if (!isInTransition() && topViewController()->allowsInteractivePop)
+        topViewController()->goBack();
+}
+
+// Whether all screens are in the stock stack: from the end of viewDidLoad on.
+bool NavigationController::stands() const
+{
+    return d->cover != nullptr;
 }
 
 void NavigationController::exchangeTop(ViewController *from, ViewController *to, bool forward, bool animated)
@@ -242,7 +255,7 @@ void NavigationController::setBarHidden(bool &flag, bool hidden)
         return;
     flag = hidden;
     Q_EMIT barChanged();
-    if (isViewLoaded() && topViewController()->isViewLoaded())
+    if (stands())
         place(topViewController());
 }
 
@@ -328,14 +341,6 @@ QColor NavigationController::toolbarColor() const
 QColor NavigationController::toolbarTintColor() const
 {
     return d->toolbarStyle == NavigationBarAppearance::Style::Black ? Qt::white : Qt::black;
-}
-
-bool NavigationController::goBack()
-{
-    if (!canPop())
-        return false;
-    popViewController(true);
-    return true;
 }
 
 } // namespace Platform

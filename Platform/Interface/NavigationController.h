@@ -53,7 +53,7 @@ public:
 
     void pushViewController(std::unique_ptr<ViewController> controller, bool animated);
     // Pops the top screen and deletes it once it has disappeared; the first screen stays.
-    Q_INVOKABLE void popViewController(bool animated);
+    void popViewController(bool animated);
     // Whether a push or pop is under way on the screen.
     bool isInTransition() const;
 
@@ -69,8 +69,10 @@ public:
     void setToolbarStyle(NavigationBarAppearance::Style style);
     Q_INVOKABLE void activateToolbarItem(int index);
 
+    // The user has swiped from the edge: the top screen goes back, where it allows that.
+    Q_INVOKABLE void interactivePop();
+
     void viewDidLoad() override;
-    bool goBack() override;
 
 Q_SIGNALS:
     void topChanged();
@@ -91,6 +93,7 @@ private:
     QColor toolbarColor() const;
     QColor toolbarTintColor() const;
 
+    bool stands() const;
     QRectF contentFrame() const;
     void stack(ViewController *controller);
     void place(ViewController *controller);

@@ -37,7 +37,7 @@ View {
             onTranslationChanged: distance = translation.x
             onActiveChanged: {
                 if (!active && distance > 60)
-                    scene.controller.popViewController(true)
+                    scene.controller.interactivePop()
                 distance = 0
             }
         }
