@@ -2,7 +2,8 @@
 
 #include <QPainter>
 #include <QSemaphore>
-#include <QThreadPool>
+
+#include <atomic>
 
 namespace Platform
 {
@@ -21,14 +22,16 @@ QImage tinted(const QImage &picture, const QColor &color)
     return result;
 }
 
-// One picture on its way from its bytes to the screen.
+// One picture on its way from its bytes to the screen. A view that has gone meanwhile gets none: bytes that wait for
+// their turn are not decoded.
 class Decoding final : public QQuickImageResponse
 {
 public:
-    Decoding(const Image &image, const QSize &size, const QColor &tintColor)
+    Decoding(QThreadPool &pool, const Image &image, const QSize &size, const QColor &tintColor)
     {
-        QThreadPool::globalInstance()->start([this, image, size, tintColor] {
-            m_picture = tinted(image.upright(size), tintColor);
+        pool.start([this, image, size, tintColor] {
+            if (!m_isCancelled)
+                m_picture = tinted(image.upright(size), tintColor);
             Q_EMIT finished();
             m_isOver.release();
         });
@@ -36,6 +39,7 @@ public:
     // The pool's thread must be through with this object.
     ~Decoding() override { m_isOver.acquire(); }
 
+    void cancel() override { m_isCancelled = true; }
     QQuickTextureFactory *textureFactory() const override
     {
         return QQuickTextureFactory::textureFactoryForImage(m_picture);
@@ -47,6 +51,7 @@ public:
 
 private:
     QImage m_picture;
+    std::atomic<bool> m_isCancelled = false;
     QSemaphore m_isOver;
 };
 
@@ -99,7 +104,7 @@ QQuickImageResponse *ImageProvider::requestImageResponse(const QString &id, cons
 {
     const QString tint = id.section(u'/', 1);
     const QColor color = tint.isEmpty() ? QColor() : QColor(u'#' + tint);
-    return new Decoding(Platform::Image::withIdentifier(id.section(u'/', 0, 0)), requestedSize, color);
+    return new Decoding(m_pool, Platform::Image::withIdentifier(id.section(u'/', 0, 0)), requestedSize, color);
 }
 
 ShadowProvider::ShadowProvider()

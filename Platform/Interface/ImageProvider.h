@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QQuickAsyncImageProvider>
+#include <QThreadPool>
 #include <QUrl>
 
 namespace Platform
@@ -19,6 +20,9 @@ public:
     static QUrl url(const Platform::Image &image, const QColor &tintColor = {});
 
     QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
+
+private:
+    QThreadPool m_pool; // so that pictures and the network's answers do not wait for each other
 };
 
 // Pictures of blurred round-cornered shadows, to be stretched in the middle: "<corner radius>,<blur radius>".
