@@ -16,7 +16,7 @@ namespace Platform
 QRectF Screen::mainBounds()
 {
     const Window *window = Window::keyWindow();
-    return window ? window->bounds() : QRectF();
+    return window ? QRectF(QPointF(), window->screenFrame().size()) : QRectF();
 }
 
 namespace Application

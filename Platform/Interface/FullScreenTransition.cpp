@@ -58,7 +58,7 @@ void FullScreenTransition::place(ViewController *controller, Window *window)
 
 void FullScreenTransition::fitStage()
 {
-    const QRectF frame = m_window->bounds();
+    const QRectF frame = m_window->screenFrame();
     const bool isWhole = frame == m_window->bounds();
     m_stage->setFrame(frame);
     m_stage->setClip(!isWhole);
@@ -91,7 +91,7 @@ void FullScreenTransition::move(bool in, bool animated, std::function<void()> do
     }
     setInputBlocked(true);
     const bool fades = m_style == ModalTransitionStyle::CrossDissolve;
-    const QRectF shown = m_window->bounds();
+    const QRectF shown = m_window->screenFrame();
     const QRectF below(QPointF(shown.x(), m_container->bounds().height()), shown.size());
     const QColor ground = m_container->backgroundColor();
     const auto put = [&](bool isIn) {

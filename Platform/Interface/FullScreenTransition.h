@@ -6,8 +6,9 @@
 namespace Platform
 {
 
-// Over the whole window: slides up from below and down again, or fades. From the first moment to the last the window
-// below gets no input, and the screen itself none while it moves.
+// Over the area of the window that screens fill, dimming what is left of the host: slides up from below and down again,
+// or fades. From the first moment to the last the window below gets no input, and the screen itself none while it
+// moves.
 class FullScreenTransition final : public Transition
 {
 public:

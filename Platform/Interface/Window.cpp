@@ -19,7 +19,19 @@ namespace
 
 // The stock popups stand at 1000001.
 constexpr qreal belowPopups = 1000000;
+constexpr QSizeF usualPhone(390, 844);
 constexpr auto rotationDuration = 300ms;
+
+bool isPhone([[maybe_unused]] const QSizeF &size)
+{
+#if defined(Q_OS_ANDROID) || defined(Q_OS_IOS)
+    return true;
+#else
+    constexpr QSizeF largestPhone(430, 932);
+    return size.width() <= largestPhone.width()
+        || (size.height() <= largestPhone.width() && size.width() <= largestPhone.height());
+#endif
+}
 
 bool isPortrait(const QSizeF &size)
 {
@@ -118,6 +130,15 @@ QRectF Window::bounds() const
     return {QPointF(0, 0), m_size};
 }
 
+QRectF Window::screenFrame() const
+{
+    if (isPhone(m_size))
+        return bounds();
+    QRectF frame(QPointF(), m_size.boundedTo(usualPhone));
+    frame.moveCenter(bounds().center());
+    return {QPointF(frame.topLeft().toPoint()), frame.size()};
+}
+
 ViewController *Window::topmostViewController() const
 {
     ViewController *top = m_root.get();
@@ -159,8 +180,9 @@ void Window::resize()
     const QSizeF size = m_quickWindow->contentItem()->size();
     if (size == m_size)
         return;
-    const bool turns = isPortrait(size) != isPortrait(m_size) && !m_size.isEmpty();
+    const QSizeF before = screenFrame().size();
     m_size = size;
+    const bool turns = isPortrait(screenFrame().size()) != isPortrait(before) && !before.isEmpty();
     layer()->setSize(size);
     if (!turns)
         return;
@@ -181,6 +203,7 @@ void Window::presentationBegan()
         return;
     m_hostFocus = m_quickWindow->activeFocusItem();
     m_hostVisibility = m_quickWindow->visibility();
+    m_hostHidesStatusBar = Application::isStatusBarHidden();
 }
 
 void Window::presentationEnded()
@@ -194,6 +217,7 @@ void Window::presentationEnded()
     if (m_hostFocus && m_hostFocus->window() == m_quickWindow)
         m_hostFocus->forceActiveFocus(Qt::ActiveWindowFocusReason);
     m_hostFocus = nullptr;
+    Application::setStatusBarHidden(m_hostHidesStatusBar);
 #if defined(Q_OS_ANDROID) || defined(Q_OS_IOS)
     m_quickWindow->setVisibility(m_hostVisibility);
 #endif

@@ -28,6 +28,9 @@ public:
     ViewController *topmostViewController() const;
 
     QRectF bounds() const;
+    // The area that screens fill, within the bounds: all of it on a phone and in a window of a phone's size, else an
+    // upright phone's screen in the middle.
+    QRectF screenFrame() const;
 
 private:
     friend class FullScreenTransition;
@@ -59,13 +62,14 @@ private:
     std::vector<std::unique_ptr<Presentation>> m_leaving;
     QPointer<QQuickItem> m_hostFocus;
     QWindow::Visibility m_hostVisibility = QWindow::AutomaticVisibility;
+    bool m_hostHidesStatusBar = false;
     QSizeF m_size;
     bool m_lastTabWasBackwards = false;
 };
 
 namespace Screen
 {
-// The area that screens fill, in points: the key window's (on a phone, the whole screen); zero without a window.
+// Size in points of the area that screens fill in the key window, at the origin; zero without a window.
 QRectF mainBounds();
 } // namespace Screen
 

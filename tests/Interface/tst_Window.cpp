@@ -33,17 +33,9 @@ class Screen : public ViewController
     Q_OBJECT
 
 public:
-    bool goBack() override
-    {
-        if (!leaves)
-            return ViewController::goBack();
-        dismiss(false);
-        return true;
-    }
     void viewDidLoad() override { Platform::Application::setStatusBarHidden(hidesStatusBar); }
     bool prefersStatusBarHidden() const override { return hidesStatusBar; }
 
-    bool leaves = false;
     bool hidesStatusBar = false;
 };
 
@@ -67,6 +59,8 @@ private Q_SLOTS:
     void cleanup();
 
     void knowsTheKeyWindow();
+    void screensHaveAPhonesSize_data();
+    void screensHaveAPhonesSize();
     void knowsTheTopmostScreen();
     void backKeyLeads_data();
     void backKeyLeads();
@@ -113,6 +107,43 @@ void tst_Window::knowsTheKeyWindow()
     QCOMPARE(Platform::Screen::mainBounds(), QRectF());
 }
 
+void tst_Window::screensHaveAPhonesSize_data()
+{
+    QTest::addColumn<QSize>("window");
+    QTest::addColumn<QRect>("screen");
+    QTest::newRow("a phone") << QSize(430, 932) << QRect(0, 0, 430, 932);
+    QTest::newRow("a turned phone") << QSize(844, 390) << QRect(0, 0, 844, 390);
+    QTest::newRow("low and wide") << QSize(1000, 600) << QRect(305, 0, 390, 600);
+    QTest::newRow("a desktop's") << QSize(1000, 900) << QRect(305, 28, 390, 844);
+}
+
+void tst_Window::screensHaveAPhonesSize()
+{
+    QFETCH(QSize, window);
+    QFETCH(QRect, screen);
+    m_window = std::make_unique<TestWindow>(window);
+    const QColor host = m_window->grab().pixelColor(2, window.height() / 2);
+    Screen *lower = present();
+    lower->view()->setBackgroundColor(Qt::red);
+    Screen *upper = present(lower);
+    QCOMPARE(Platform::Screen::mainBounds(), QRectF(QPointF(), screen.size()));
+    const auto check = [&](View *view) {
+        view->setBackgroundColor(Qt::red);
+        const QImage shot = m_window->grab();
+        const bool isWhole = screen.size() == window;
+        QCOMPARE(view->mapRectToScene(view->bounds()), QRectF(screen));
+        QCOMPARE(shot.pixelColor(screen.center()), QColor(Qt::red));
+        // What is left of the host is dimmed, once.
+        const int beside = shot.pixelColor(2, window.height() / 2).blue();
+        QVERIFY(isWhole ? shot.pixelColor(2, 2) == QColor(Qt::red) : qAbs(beside - host.blue() / 2) < 3);
+    };
+    check(upper->view());
+    upper->dismiss(false);
+    check(lower->view());
+    m_window->tap(QPointF(2, 2));
+    QCOMPARE(m_window->hostEvents(), 0);
+}
+
 void tst_Window::knowsTheTopmostScreen()
 {
     QCOMPARE(m_window->platform()->topmostViewController(), m_window->root());
@@ -137,7 +168,6 @@ void tst_Window::backKeyLeads()
     QFETCH(int, key);
     View::setAnimationsEnabled(false);
     const QPointer<Screen> first = new Screen;
-    first->leaves = true;
     auto *stack = new NavigationController(std::unique_ptr<ViewController>(first.data()));
     m_window->root()->present(std::unique_ptr<ViewController>(stack), false);
     const QPointer<Screen> second = new Screen;
@@ -205,6 +235,7 @@ void tst_Window::givesTheHostWhatItHad()
     QTRY_COMPARE(m_window->window()->activeFocusItem(), lowerStop);
     lower->dismiss(false);
     QTRY_COMPARE(m_window->window()->activeFocusItem(), m_window->hostItem());
+    QVERIFY(!Platform::Application::isStatusBarHidden());
 }
 
 void tst_Window::tapsReachViewsBuiltInCode()
