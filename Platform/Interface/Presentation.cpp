@@ -82,10 +82,10 @@ void Presentation::settle()
         m_transition->settle();
 }
 
-void Presentation::updateStatusBar(bool hidden) const
+void Presentation::hideStatusBar() const
 {
     if (m_transition->coversPresenter())
-        Application::setStatusBarHidden(hidden);
+        Application::setStatusBarHidden(true);
 }
 
 void Presentation::setPresenterCovered(bool covered)
@@ -165,6 +165,9 @@ void Presentation::didDismiss()
 {
     const QPointer<Presentation> self(this);
     const std::vector<Presentation *> levels = chain();
+    // From its viewDidAppear on the presenter may go as well.
+    if (m_presenter)
+        --m_presenter->m_leavingCount;
     if (m_transition->coversPresenter() && m_presenter)
         m_presenter->endAppearance();
     for (auto level = levels.rbegin(); level != levels.rend() && self; ++level)
@@ -174,8 +177,6 @@ void Presentation::didDismiss()
     for (Presentation *level : levels)
         level->m_transition->remove();
     std::unique_ptr<Presentation> gone = m_window->takeGone(this);
-    if (m_presenter)
-        --m_presenter->m_leavingCount;
     m_window->presentationEnded();
     if (const std::function<void()> completion = std::exchange(m_completion, nullptr))
         completion();

@@ -45,8 +45,8 @@ public:
     bool isPresented() const { return m_state == State::Presented; }
     const Transition *transition() const { return m_transition.get(); }
     void takeFocus() { m_transition->takeFocus(); }
-    // A screen in it appears.
-    void updateStatusBar(bool hidden) const;
+    // A screen in it appears that wants no status bar.
+    void hideStatusBar() const;
 
     void begin(bool animated, std::function<void()> completion);
     // Takes away what `presenter` presents, with all above it.

@@ -182,8 +182,9 @@ void ViewController::beginAppearance(bool appearing, bool animated)
         return;
     if (ViewController *child = shownChild())
         child->beginAppearance(appearing, animated);
-    else if (const Presentation *presentation = chainRoot()->m_presentedIn; appearing && presentation)
-        presentation->updateStatusBar(prefersStatusBarHidden());
+    else if (const Presentation *presentation = chainRoot()->m_presentedIn;
+             presentation && appearing && prefersStatusBarHidden())
+        presentation->hideStatusBar();
 }
 
 void ViewController::endAppearance()

@@ -59,7 +59,7 @@ public:
     virtual void viewDidLayoutSubviews() { }
     // The window turns between portrait and landscape; the view has its new size.
     virtual void willAnimateRotation(std::chrono::milliseconds duration) { Q_UNUSED(duration) }
-    // Whether the status bar goes away when the screen appears over the whole window.
+    // Whether the status bar goes away when the screen appears over the whole window; else it stays as it is.
     virtual bool prefersStatusBarHidden() const { return false; }
     // The user asked to go back (Escape, the back key). True when the screen dealt with it. By default a screen that is
     // not the first of its navigation stack is popped, a popover asks for its dismissal, and what else is presented
