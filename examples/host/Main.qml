@@ -169,6 +169,7 @@ Window {
         width: Math.min(parent.width - 48, 420)
         height: 56
         text: qsTr("Scan an ad")
+        Accessible.name: text
         font.pixelSize: 17
         font.weight: Font.DemiBold
         focus: true

@@ -125,7 +125,7 @@ void Tour::firstAd()
 
 void Tour::legend()
 {
-    m_user.activate(QStringLiteral("Info"));
+    m_user.activate(QStringLiteral("Information"));
     m_user.requireText(QStringLiteral("Watch a video of the product"));
     show("legend", QStringLiteral("What the kinds of action mean: the info button's sheet"));
     m_user.activate(QStringLiteral("Call the brand"));
@@ -135,6 +135,7 @@ void Tour::legend()
 
 void Tour::popover()
 {
+    m_user.settle();
     m_user.activate(bottle);
     m_user.requireText(QStringLiteral("More Information"));
     show("options", QStringLiteral("A tapped hotspot offers the actions that its match carries"));
@@ -229,6 +230,8 @@ void Tour::audio()
 void Tour::hotspotWithoutData()
 {
     photograph();
+    m_user.requireControl(wall);
+    m_user.settle();
     m_user.activate(wall);
     m_user.requireText(QStringLiteral("Hotspot data not available."));
     show("no-data", QStringLiteral("A hotspot whose match carries nothing"));
@@ -260,7 +263,7 @@ void Tour::recents()
     m_user.requireControl(concert);
     show("recents", QStringLiteral("Recents: the ads seen, the latest first"));
     m_user.activate(concert);
-    m_user.requireControl(QStringLiteral("Info"));
+    m_user.requireControl(QStringLiteral("Information"));
     m_user.requireControl(concert);
     show("recents-ad", QStringLiteral("An ad opened again from the recents"));
     leaveAd();

@@ -48,6 +48,8 @@ WindowDriver::WindowDriver(QQuickWindow *window, Manner manner)
     , m_manner(manner)
     , m_finger(QTest::createTouchDevice())
 {
+    // Stock controls have no names until somebody asks for them.
+    QAccessible::setActive(true);
 }
 
 WindowDriver::~WindowDriver() = default;
