@@ -259,11 +259,13 @@ void Tour::silentService()
 
 void Tour::recents()
 {
+    m_user.settle();
     m_user.activate(QStringLiteral("Recents"));
     m_user.requireControl(concert);
     show("recents", QStringLiteral("Recents: the ads seen, the latest first"));
     m_user.activate(concert);
     m_user.requireControl(QStringLiteral("Information"));
+    m_user.settle();
     m_user.requireControl(concert);
     show("recents-ad", QStringLiteral("An ad opened again from the recents"));
     leaveAd();
