@@ -50,6 +50,7 @@ WindowDriver::WindowDriver(QQuickWindow *window, Manner manner)
 {
     // Stock controls have no names until somebody asks for them.
     QAccessible::setActive(true);
+    m_window->requestActivate();
 }
 
 WindowDriver::~WindowDriver() = default;
@@ -138,12 +139,23 @@ void WindowDriver::focus(QQuickItem *item)
 {
     const auto isFocused = [&] {
         const QQuickItem *focused = m_window->activeFocusItem();
-        return focused && (focused == item || item->isAncestorOf(focused));
+        if (!focused)
+            return false;
+        if (focused == item || item->isAncestorOf(focused))
+            return true;
+        const auto *current = focused->property("currentItem").value<QQuickItem *>();
+        return current && focused->isAncestorOf(item)
+            && (current == item || current->isAncestorOf(item) || item->isAncestorOf(current));
     };
+    require([this] { return m_window->isActive(); }, QStringLiteral("the window did not get the keyboard"));
     const QPointer<QQuickItem> guard(item);
     constexpr int mostStops = 60;
-    for (int i = 0; i < mostStops && guard && !isFocused(); ++i)
-        press(Qt::Key_Tab);
+    for (int i = 0; i < mostStops && guard && !isFocused(); ++i) {
+        // Within a list the arrow keys lead on.
+        const QQuickItem *focused = m_window->activeFocusItem();
+        const bool isInList = focused && focused->isAncestorOf(item) && focused->property("currentItem").isValid();
+        press(isInList ? Qt::Key_Down : Qt::Key_Tab);
+    }
     if (!guard || !isFocused())
         throw StepFailed(
             QStringLiteral("the Tab key does not lead to \"%1\"").arg(guard ? spokenName(item) : QString()));
