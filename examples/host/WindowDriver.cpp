@@ -152,8 +152,10 @@ void WindowDriver::focus(QQuickItem *item)
     constexpr int mostStops = 60;
     for (int i = 0; i < mostStops && guard && !isFocused(); ++i) {
         // Within a list the arrow keys lead on.
-        const QQuickItem *focused = m_window->activeFocusItem();
-        const bool isInList = focused && focused->isAncestorOf(item) && focused->property("currentItem").isValid();
+        const QQuickItem *list = m_window->activeFocusItem();
+        while (list && !(list->inherits("QQuickItemView") && list->isAncestorOf(item)))
+            list = list->parentItem();
+        const bool isInList = list != nullptr;
         press(isInList ? Qt::Key_Down : Qt::Key_Tab);
     }
     if (!guard || !isFocused())
