@@ -46,7 +46,6 @@ public:
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
-    bool prefersStatusBarHidden() const override { return true; }
 
     // Sets the back and forward buttons by where the web view can go.
     void checkButtonAction();
