@@ -3,6 +3,8 @@
 #include "Platform/Interface/SceneEngine.h"
 #include "Platform/Interface/ViewAnimator.h"
 
+#include <QQuickWindow>
+
 namespace Platform
 {
 
@@ -109,7 +111,27 @@ bool View::isHidden() const
 void View::setHidden(bool hidden)
 {
     m_hidden = hidden;
+    if (hidden)
+        passFocusOn();
     setVisible(!hidden);
+}
+
+// An item that is hidden would keep the keys, and Tab would lead nowhere.
+void View::passFocusOn()
+{
+    const QQuickItem *focused = window() ? window()->activeFocusItem() : nullptr;
+    if (!focused || (focused != this && !isAncestorOf(focused)))
+        return;
+    const bool isFocusShown = focused->property("visualFocus").toBool();
+    QQuickItem *const first = nextItemInFocusChain();
+    QQuickItem *next = first;
+    while (next && isAncestorOf(next)) {
+        next = next->nextItemInFocusChain();
+        if (next == first)
+            return;
+    }
+    if (next && next != this)
+        next->forceActiveFocus(isFocusShown ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
 void View::addSubview(QQuickItem *subview)

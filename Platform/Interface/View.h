@@ -158,6 +158,7 @@ private:
     friend class ViewAnimator;
     friend class ViewController;
 
+    void passFocusOn();
     AnimatedValue shownValue(AnimatedProperty property) const;
     void showValue(AnimatedProperty property, const AnimatedValue &value);
     qreal shownCornerRadius() const { return m_cornerRadius; }

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -245,10 +246,13 @@ void Window::keepFocusInside()
     const Presentation *top = topmostPresentation();
     QQuickItem *container = top ? top->transition()->container() : nullptr;
     const QQuickItem *focused = m_quickWindow->activeFocusItem();
+    const Qt::Key tabKey = std::exchange(m_tabKey, Qt::Key_unknown);
     if (!container || !focused || isInside(container, focused) || isInPopup(focused))
         return;
-    if (QQuickItem *stop = tabStop(container, m_lastTabWasBackwards))
-        stop->forceActiveFocus(m_lastTabWasBackwards ? Qt::BacktabFocusReason : Qt::TabFocusReason);
+    const bool isBackwards = tabKey == Qt::Key_Backtab;
+    QQuickItem *stop = tabKey == Qt::Key_unknown ? nullptr : tabStop(container, isBackwards);
+    if (stop)
+        stop->forceActiveFocus(isBackwards ? Qt::BacktabFocusReason : Qt::TabFocusReason);
     else
         container->forceActiveFocus(Qt::ActiveWindowFocusReason);
 }
@@ -275,8 +279,10 @@ bool Window::eventFilter(QObject *watched, QEvent *event)
             goBack();
         return true;
     }
-    if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
-        m_lastTabWasBackwards = key->key() == Qt::Key_Backtab || key->modifiers().testFlag(Qt::ShiftModifier);
+    const bool isTab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
+    const bool isBackwards = key->key() == Qt::Key_Backtab || key->modifiers().testFlag(Qt::ShiftModifier);
+    if (event->type() == QEvent::KeyPress)
+        m_tabKey = !isTab ? Qt::Key_unknown : isBackwards ? Qt::Key_Backtab : Qt::Key_Tab;
     return false;
 }
 

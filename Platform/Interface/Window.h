@@ -64,7 +64,8 @@ private:
     QWindow::Visibility m_hostVisibility = QWindow::AutomaticVisibility;
     bool m_hostHidesStatusBar = false;
     QSizeF m_size;
-    bool m_lastTabWasBackwards = false;
+    // The Tab key that moves the focus just now: Key_Tab, Key_Backtab or Key_unknown for none.
+    Qt::Key m_tabKey = Qt::Key_unknown;
 };
 
 namespace Screen
@@ -82,7 +83,7 @@ bool isStatusBarHidden();
 void setStatusBarStyle(StatusBarStyle style);
 StatusBarStyle statusBarStyle();
 
-// Whether the status bar says that something is on its way from the network.
+// Whether the status bar is to say that something is on its way from the network. Today's phones show no such sign.
 void setNetworkActivityIndicatorVisible(bool visible);
 bool isNetworkActivityIndicatorVisible();
 

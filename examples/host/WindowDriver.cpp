@@ -156,7 +156,10 @@ void WindowDriver::focus(QQuickItem *item)
         while (list && !(list->inherits("QQuickItemView") && list->isAncestorOf(item)))
             list = list->parentItem();
         const bool isInList = list != nullptr;
+        const QQuickItem *before = m_window->activeFocusItem();
         press(isInList ? Qt::Key_Down : Qt::Key_Tab);
+        // A web page passes the focus on in its own time.
+        (void)QTest::qWaitFor([&] { return m_window->activeFocusItem() != before; }, 300);
     }
     if (!guard || !isFocused())
         throw StepFailed(
