@@ -10,6 +10,7 @@
 #include "Brevanto/Utils/BrevantoPopupViewController.h"
 #include "Brevanto/Utils/BrevantoReachabilityManager.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
+#include "Brevanto/WebAction.h"
 #include "Platform/Interface/AlertController.h"
 #include "Platform/Interface/NavigationController.h"
 #include "Platform/Interface/PopoverPresentationController.h"
@@ -32,8 +33,8 @@ const QLatin1StringView youTubeHost("youtube.com");
 
 void BrevantoAdVC::hotSpotViewTapped(BrevantoHotspotView *hotSpotView)
 {
-    // Another marker's tap came first, as with two fingers.
-    if (presentedViewController())
+    // Another tap came first, as with two fingers.
+    if (presentedViewController() || zovra_popupBackgroundView(this))
         return;
     BrevantoReachabilityManager *reachability = BrevantoReachabilityManager::instance();
     if (reachability->currentReachabilityStatus() == BrevantoReachabilityStatusNone)
@@ -91,17 +92,19 @@ void BrevantoAdVC::popoverOptionClicked(const QString &title)
     if (!qobject_cast<BrevantoDetailsPopOverVC *>(presentedViewController()))
         return;
     hideBackdrop(popoverFadeOut);
-    presentedViewController()->dismiss(true, [self = QPointer(this), title] {
+    // A marker tapped until then makes another match the active one.
+    presentedViewController()->dismiss(true, [self = QPointer(this), title, match = m_activeMatchObject] {
         if (!self)
             return;
-        self->stopOrStartAnimateHotspotView(true);
-        self->performAction(HotspotOptions::action(title));
+        if (!self->presentedViewController())
+            self->stopOrStartAnimateHotspotView(true);
+        self->performAction(HotspotOptions::action(title), match);
     });
 }
 
-void BrevantoAdVC::performAction(HotspotAction action)
+void BrevantoAdVC::performAction(HotspotAction action, const std::shared_ptr<BrevantoMatch> &activeMatch)
 {
-    const BrevantoMatch &match = *m_activeMatchObject;
+    const BrevantoMatch &match = *activeMatch;
     switch (action) {
     case HotspotAction::MoreInformation:
         openArticleOnWeb(BrevantoFields::text(match.reviewUrl()));
@@ -116,12 +119,17 @@ void BrevantoAdVC::performAction(HotspotAction action)
         Platform::Application::openURL(QUrl(QStringLiteral("tel:") + BrevantoFields::text(match.phoneNumber())));
         break;
     case HotspotAction::PhotoGallery:
-        openGallery();
+        openGallery(activeMatch);
         break;
     case HotspotAction::BuyItNow:
         openArticleOnWeb(BrevantoFields::text(match.buyUrl()));
         break;
     }
+}
+
+void BrevantoAdVC::openArticleOnWeb(const QString &urlString)
+{
+    ::openArticleOnWeb(this, urlString);
 }
 
 void BrevantoAdVC::playVideo(const QString &urlString)
@@ -134,16 +142,14 @@ void BrevantoAdVC::playVideo(const QString &urlString)
         openAvPlayerControllerWithUrl(urlString);
 }
 
-void BrevantoAdVC::openGallery()
+void BrevantoAdVC::openGallery(const std::shared_ptr<BrevantoMatch> &match)
 {
-    if (BrevantoFields::list(m_activeMatchObject->adCatalogue()).isEmpty()
-        && m_activeMatchObject->galleryDataSource().isEmpty()) {
-        showOptionNotAvailable();
+    if (BrevantoFields::list(match->adCatalogue()).isEmpty() && match->galleryDataSource().isEmpty()) {
+        presentOptionNotAvailable(this);
         return;
     }
     auto gallery = brevantoStoryboard().instantiate<BrevantoPhotoGalleryVC>(QStringLiteral("BrevantoPhotoGalleryVC"));
-    gallery->setMatchObject(m_activeMatchObject);
-    gallery->modalTransitionStyle = Platform::ModalTransitionStyle::CrossDissolve;
+    gallery->setMatchObject(match);
     auto stack = std::make_unique<Platform::NavigationController>(std::move(gallery));
     stack->modalTransitionStyle = Platform::ModalTransitionStyle::CrossDissolve;
     present(std::move(stack), true);
@@ -151,7 +157,7 @@ void BrevantoAdVC::openGallery()
 
 void BrevantoAdVC::navBarInfoButtonAction()
 {
-    if (presentedViewController() || isInfoSheetShown())
+    if (presentedViewController() || zovra_popupBackgroundView(this))
         return;
     showBackdrop(sheetFade);
     const std::shared_ptr<BrevantoHotspotInfoVC> sheet =
@@ -164,11 +170,6 @@ void BrevantoAdVC::navBarInfoButtonAction()
     sheet->setHotspotInfoDelegate(this);
     fitInfoSheet(sheet->view());
     presentPopupViewController(this, sheet, slideAnimation);
-}
-
-bool BrevantoAdVC::isInfoSheetShown() const
-{
-    return zovra_popupBackgroundView(this) != nullptr;
 }
 
 // The window may have turned since the size of the screen was noted.
@@ -202,6 +203,8 @@ void BrevantoAdVC::showBackdrop(std::chrono::milliseconds duration)
 
 void BrevantoAdVC::hideBackdrop(std::chrono::milliseconds duration)
 {
+    if (m_dummyPopoverView->backgroundColor().alpha() == 0)
+        return;
     Platform::View::animate(
         {.duration = duration}, [this] { m_dummyPopoverView->setBackgroundColor(Qt::transparent); },
         [backdrop = QPointer(m_dummyPopoverView)](bool) {
@@ -213,7 +216,7 @@ void BrevantoAdVC::hideBackdrop(std::chrono::milliseconds duration)
 
 bool BrevantoAdVC::goBack()
 {
-    if (!isInfoSheetShown())
+    if (!zovra_popupBackgroundView(this))
         return ViewController::goBack();
     clickedOnTransparentAreaInActionSheetPopover();
     return true;
@@ -225,8 +228,11 @@ void BrevantoAdVC::closePopups()
     auto *popover = qobject_cast<BrevantoDetailsPopOverVC *>(presentedViewController());
     if (popover) {
         hideBackdrop(popoverFadeOut);
-        popover->dismiss(true);
+        popover->dismiss(true, [self = QPointer(this)] {
+            if (self)
+                self->stopOrStartAnimateHotspotView(true);
+        });
     }
-    if (isInfoSheetShown())
+    if (isPopupShown(this))
         clickedOnTransparentAreaInActionSheetPopover();
 }

@@ -1,13 +1,7 @@
 #include "Brevanto/BrevantoAdVC.h"
 
-#include "Brevanto/WebAction.h"
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Media/PlayerViewController.h"
-
-void BrevantoAdVC::openArticleOnWeb(const QString &urlString)
-{
-    ::openArticleOnWeb(this, urlString);
-}
 
 void BrevantoAdVC::openAvPlayerControllerWithUrl(const QString &urlString)
 {
@@ -28,9 +22,4 @@ void BrevantoAdVC::itemDidFinishPlaying()
 {
     if (presentedViewController())
         dismiss(true);
-}
-
-void BrevantoAdVC::showOptionNotAvailable()
-{
-    presentOptionNotAvailable(this);
 }

@@ -65,7 +65,7 @@ void BrevantoAdVC::viewDidLayoutSubviews()
     ViewController::viewDidLayoutSubviews();
     if (!m_dummyPopoverView->superview())
         m_dummyPopoverView->setFrame(view()->bounds());
-    if (isInfoSheetShown())
+    if (BrevantoPopupViewController::isPopupShown(this))
         fitInfoSheet(BrevantoPopupViewController::zovra_popupViewController(this)->view());
     ++m_layoutCount;
     if (m_layoutCount == 1)

@@ -104,11 +104,9 @@ private:
     void setImageLoading(bool loading);
 
     void presentOptions(const HotspotOptions &options, const QRectF &sourceRect);
-    void performAction(HotspotAction action);
+    void performAction(HotspotAction action, const std::shared_ptr<BrevantoMatch> &match);
     void playVideo(const QString &urlString);
-    void openGallery();
-    void showOptionNotAvailable();
-    bool isInfoSheetShown() const;
+    void openGallery(const std::shared_ptr<BrevantoMatch> &match);
     void fitInfoSheet(Platform::View *sheet);
     void showBackdrop(std::chrono::milliseconds duration);
     void hideBackdrop(std::chrono::milliseconds duration);

@@ -1,5 +1,6 @@
 #include "Brevanto/Utils/BrevantoPopupViewController.h"
 
+#include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Interface/InputShield.h"
 
 #include <QQuickWindow>
@@ -18,57 +19,71 @@ constexpr int flexibleMargins =
     View::FlexibleLeftMargin | View::FlexibleRightMargin | View::FlexibleTopMargin | View::FlexibleBottomMargin;
 constexpr int flexibleSize = View::FlexibleWidth | View::FlexibleHeight;
 
-// What a presenter shows and has shown; lives and dies with the presenter.
-class Shown final : public QObject
+// Covers the screen below a popup, and holds the popup and the dark view behind it.
+class Overlay final : public InputShield
 {
     Q_OBJECT
 
+public:
+    void takeFocus(View *popupView)
+    {
+        m_focusBefore = window() ? window()->activeFocusItem() : nullptr;
+        popupView->forceActiveFocus(Qt::PopupFocusReason);
+    }
+
+    // The overlay itself goes later: one of the popup's own controls may be running.
+    void remove(View *popupView)
+    {
+        const bool hadFocus = popupView && popupView->hasActiveFocus();
+        if (popupView) {
+            popupView->removeFromSuperview();
+            popupView->setTag(0);
+        }
+        if (hadFocus && m_focusBefore && m_focusBefore->window())
+            m_focusBefore->forceActiveFocus(Qt::PopupFocusReason);
+        removeFromSuperview();
+        deleteLater();
+    }
+
+    bool isLeaving = false;
+
+private:
+    QPointer<QQuickItem> m_focusBefore;
+};
+
+// What a presenter has shown last; lives and dies with the presenter.
+class Shown final : public QObject
+{
 public:
     explicit Shown(QObject *presenter)
         : QObject(presenter)
     {
     }
-    ~Shown() override { removeViews(); }
+    ~Shown() override
+    {
+        if (Overlay *overlay = currentOverlay())
+            overlay->remove(popupView);
+    }
 
     static Shown *of(const QObject *presenter)
     {
-        return presenter->findChild<Shown *>(QString(), Qt::FindDirectChildrenOnly);
+        for (QObject *child : presenter->children()) {
+            if (auto *shown = dynamic_cast<Shown *>(child))
+                return shown;
+        }
+        return nullptr;
     }
 
-    void takeFocus(View *view)
+    // Null when nothing is shown.
+    Overlay *currentOverlay() const
     {
-        m_focusBefore = view->window() ? view->window()->activeFocusItem() : nullptr;
-        view->forceActiveFocus(Qt::PopupFocusReason);
-    }
-
-    void removeViews()
-    {
-        if (popupView) {
-            const bool hadFocus = popupView->hasActiveFocus();
-            popupView->removeFromSuperview();
-            popupView->setTag(0);
-            if (hadFocus && m_focusBefore && m_focusBefore->window())
-                m_focusBefore->forceActiveFocus(Qt::PopupFocusReason);
-        }
-        if (overlay) {
-            overlay->removeFromSuperview();
-            // One of the popup's own controls may be running.
-            overlay->deleteLater();
-        }
-        popupView = nullptr;
-        overlay = nullptr;
-        background = nullptr;
-        isLeaving = false;
+        auto *overlay = background ? qobject_cast<Overlay *>(background->superview()) : nullptr;
+        return overlay && overlay->superview() ? overlay : nullptr;
     }
 
     std::shared_ptr<ViewController> popup;
     QPointer<View> popupView;
-    QPointer<View> overlay;
     QPointer<View> background;
-    bool isLeaving = false;
-
-private:
-    QPointer<QQuickItem> m_focusBefore;
 };
 
 Shown *shownBy(ViewController *presenter)
@@ -78,14 +93,20 @@ Shown *shownBy(ViewController *presenter)
 }
 
 // At once, for the popup that comes in its place.
-void removePrevious(Shown *shown)
+void removePrevious(Shown *shown, std::shared_ptr<ViewController> next)
 {
-    if (!shown->overlay)
+    const std::shared_ptr<ViewController> popup = std::exchange(shown->popup, std::move(next));
+    Overlay *overlay = shown->currentOverlay();
+    if (!overlay)
         return;
-    const std::shared_ptr<ViewController> popup = shown->popup;
-    shown->removeViews();
+    if (popup && !overlay->isLeaving)
+        popup->viewWillDisappear(false);
+    overlay->remove(shown->popupView);
+    shown->background = nullptr;
     if (popup)
         popup->viewDidDisappear(false);
+    // One of its own controls may have asked for the next popup.
+    DispatchQueue::mainAsync([popup] {});
 }
 
 QRectF centredFrame(const View *source, const View *popupView)
@@ -114,31 +135,32 @@ void viewIn(Shown *shown, AnimationCurve curve, qreal backgroundAlpha, const std
                 shown->background->setAlpha(backgroundAlpha);
             changes();
         },
-        [popup = std::weak_ptr(popup)](bool) {
-            if (const auto appeared = popup.lock())
+        [overlay = QPointer(shown->currentOverlay()), popup = std::weak_ptr(popup)](bool) {
+            const auto appeared = popup.lock();
+            if (appeared && overlay && overlay->superview() && !overlay->isLeaving)
                 appeared->viewDidAppear(false);
         });
 }
 
-void slideViewIn(Shown *shown, const View *source)
+void slideViewIn(Shown *shown, View *popupView, const View *source)
 {
-    View *popupView = shown->popupView;
     popupView->setFrame(frameAboveTheTop(source, popupView));
     popupView->setAlpha(1);
     viewIn(shown, AnimationCurve::EaseOut, 0, [&] { popupView->setFrame(centredFrame(source, popupView)); });
 }
 
-void fadeViewIn(Shown *shown, const View *source)
+void fadeViewIn(Shown *shown, View *popupView, const View *source)
 {
-    View *popupView = shown->popupView;
     popupView->setFrame(centredFrame(source, popupView));
     popupView->setAlpha(0);
     viewIn(shown, AnimationCurve::EaseInOut, 0.5, [&] { popupView->setAlpha(1); });
 }
 
-void viewOut(Shown *shown, AnimationCurve curve, const std::function<void(View *popupView)> &changes)
+void viewOut(Shown *shown, View *popupView, Overlay *overlay, AnimationCurve curve,
+             const std::function<void()> &changes)
 {
-    shown->isLeaving = shown->overlay != nullptr;
+    if (overlay)
+        overlay->isLeaving = true;
     View::animate(
         {.duration = duration, .curve = curve},
         [&] {
@@ -146,29 +168,34 @@ void viewOut(Shown *shown, AnimationCurve curve, const std::function<void(View *
                 shown->popup->viewWillDisappear(false);
             if (shown->background)
                 shown->background->setAlpha(0);
-            if (shown->popupView)
-                changes(shown->popupView);
+            if (popupView)
+                changes();
         },
-        [guard = QPointer(shown), overlay = shown->overlay.data()](bool) {
-            // Unless the presenter has gone, or shows another popup by now.
-            if (!guard || guard->overlay != overlay)
+        [guard = QPointer(shown), popupView = QPointer(popupView), overlay = QPointer(overlay),
+         hadOverlay = overlay != nullptr](bool) {
+            // Another popup may have come in its place by now.
+            if (hadOverlay && (!overlay || !overlay->superview()))
                 return;
-            const std::shared_ptr<ViewController> popup = guard->popup;
-            guard->removeViews();
-            if (popup)
+            if (overlay)
+                overlay->remove(popupView);
+            if (!guard)
+                return;
+            if (const std::shared_ptr<ViewController> popup = guard->popup)
                 popup->viewDidDisappear(false);
+            if (guard)
+                guard->background = nullptr;
         });
 }
 
-void slideViewOut(Shown *shown, const View *source)
+void slideViewOut(Shown *shown, View *popupView, const View *source, Overlay *overlay)
 {
-    viewOut(shown, AnimationCurve::EaseIn,
-            [source](View *popupView) { popupView->setFrame(frameAboveTheTop(source, popupView)); });
+    viewOut(shown, popupView, overlay, AnimationCurve::EaseIn,
+            [&] { popupView->setFrame(frameAboveTheTop(source, popupView)); });
 }
 
-void fadeViewOut(Shown *shown)
+void fadeViewOut(Shown *shown, View *popupView, Overlay *overlay)
 {
-    viewOut(shown, AnimationCurve::EaseInOut, [](View *popupView) { popupView->setAlpha(0); });
+    viewOut(shown, popupView, overlay, AnimationCurve::EaseInOut, [&] { popupView->setAlpha(0); });
 }
 
 } // namespace
@@ -178,8 +205,7 @@ void presentPopupViewController(ViewController *presenter, const std::shared_ptr
 {
     Shown *shown = shownBy(presenter);
     if (shown->popup != popup)
-        removePrevious(shown);
-    shown->popup = popup;
+        removePrevious(shown, popup);
     presentPopupView(presenter, popup->view(), animationType);
 }
 
@@ -193,41 +219,52 @@ void presentPopupView(ViewController *presenter, View *popupView, int animationT
         return;
 
     Shown *shown = shownBy(presenter);
-    removePrevious(shown);
+    removePrevious(shown, shown->popup);
+    popupView->setClip(false);
     popupView->setShadow({.color = Qt::black, .opacity = 0.5, .offset = {5, 5}, .radius = 5});
 
-    shown->overlay = new InputShield;
-    shown->overlay->setFrame(source->bounds());
-    shown->overlay->setAutoresizingMask(flexibleSize);
-    shown->overlay->setTag(overlayViewTag);
+    auto *overlay = new Overlay;
+    overlay->setFrame(source->bounds());
+    overlay->setAutoresizingMask(flexibleSize);
+    overlay->setTag(overlayViewTag);
 
     shown->background = new View(source->bounds());
     shown->background->setAutoresizingMask(flexibleSize);
     shown->background->setBackgroundColor(Qt::black);
     shown->background->setAlpha(0);
-    shown->overlay->addSubview(shown->background);
+    overlay->addSubview(shown->background);
 
     shown->popupView = popupView;
     popupView->setAlpha(0);
-    shown->overlay->addSubview(popupView);
-    source->addSubview(shown->overlay);
+    overlay->addSubview(popupView);
+    source->addSubview(overlay);
 
     if (animationType == slideAnimation)
-        slideViewIn(shown, source);
+        slideViewIn(shown, popupView, source);
     else
-        fadeViewIn(shown, source);
-    shown->takeFocus(popupView);
+        fadeViewIn(shown, popupView, source);
+    overlay->takeFocus(popupView);
 }
 
 void dismissPopupViewControllerWithanimationType(ViewController *presenter, int animationType)
 {
-    Shown *shown = shownBy(presenter);
-    if (shown->isLeaving)
+    View *source = topView(presenter);
+    auto *overlay = qobject_cast<Overlay *>(source->viewWithTag(overlayViewTag));
+    if (overlay && overlay->isLeaving)
         return;
+    auto *popupView = qobject_cast<View *>(source->viewWithTag(popupViewTag));
+    Shown *shown = shownBy(presenter);
     if (animationType == slideAnimation)
-        slideViewOut(shown, topView(presenter));
+        slideViewOut(shown, popupView, source, overlay);
     else
-        fadeViewOut(shown);
+        fadeViewOut(shown, popupView, overlay);
+}
+
+bool isPopupShown(const ViewController *presenter)
+{
+    const Shown *shown = Shown::of(presenter);
+    const Overlay *overlay = shown ? shown->currentOverlay() : nullptr;
+    return overlay && !overlay->isLeaving;
 }
 
 ViewController *zovra_popupViewController(const ViewController *presenter)
@@ -239,7 +276,7 @@ ViewController *zovra_popupViewController(const ViewController *presenter)
 View *zovra_popupBackgroundView(const ViewController *presenter)
 {
     const Shown *shown = Shown::of(presenter);
-    return shown ? shown->background.data() : nullptr;
+    return shown && shown->currentOverlay() ? shown->background.data() : nullptr;
 }
 
 View *topView(ViewController *presenter)

@@ -5,7 +5,9 @@
 #include <memory>
 
 // Shows a controller's view as a centred popup over everything that contains the presenting controller, and takes it
-// away again. A presenter shows one popup at a time; the popup goes with its presenter. For the main thread only.
+// away again. A presenter shows one popup at a time; the popup goes with its presenter. The popup's controller gets the
+// four appearance calls and stays out of the chain of containment: turning the window resizes its view by its
+// autoresizing mask alone. For the main thread only.
 namespace BrevantoPopupViewController
 {
 
@@ -22,10 +24,12 @@ void presentPopupViewController(Platform::ViewController *presenter,
 // Showing a view that is shown already does nothing. A view without an owner goes with the popup.
 void presentPopupView(Platform::ViewController *presenter, Platform::View *popupView, int animationType);
 
-// Takes away what the presenter shows. Without anything on show the controller kept is still told of its
-// disappearance; while the popup is on its way out nothing happens.
+// Takes away the popup over the presenter's containment chain. Without one the controller kept is still told of its
+// disappearance; while the popup is on its way out nothing happens, and presenting it anew doesn't either.
 void dismissPopupViewControllerWithanimationType(Platform::ViewController *presenter, int animationType);
 
+// Whether a popup of the presenter is on the screen, and not on its way out.
+bool isPopupShown(const Platform::ViewController *presenter);
 // The controller last presented; null when there was none.
 Platform::ViewController *zovra_popupViewController(const Platform::ViewController *presenter);
 // The dark view behind the popup; null while no popup is shown.
