@@ -27,7 +27,7 @@ constexpr QColor backdropColor(0, 0, 0, 102); // black at alpha 0.4
 constexpr auto popoverFadeIn = 300ms;
 constexpr auto popoverFadeOut = 200ms;
 constexpr auto sheetFade = 500ms;
-const QLatin1StringView youTubeHost("youtube.com");
+constexpr QLatin1StringView youTubeHost("youtube.com");
 
 } // namespace
 

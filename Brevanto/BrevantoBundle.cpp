@@ -7,8 +7,8 @@
 #include "Brevanto/BrevantoRecentProductsVC.h"
 #include "Brevanto/SlideDownVC/BrevantoHotspotInfoVC.h"
 
-// Made by the build for the scenes' QML module.
-extern void qml_register_types_Brevanto_StoryBoard();
+// Made by the build: registers the module's types and resources.
+extern void registerBrevantoCore();
 
 namespace
 {
@@ -24,7 +24,7 @@ std::unique_ptr<QObject> make()
 const Platform::Bundle &brevantoBundle()
 {
     static const Platform::Bundle bundle = [] {
-        qml_register_types_Brevanto_StoryBoard();
+        registerBrevantoCore();
         return Platform::Bundle(QStringLiteral(":/qt/qml/Brevanto/StoryBoard"),
                                 {{QStringLiteral("BrevantoAdVC"), make<BrevantoAdVC>},
                                  {QStringLiteral("BrevantoCameraVC"), make<BrevantoCameraVC>},

@@ -1,8 +1,12 @@
 #include "Brevanto/BrevantoVersion.h"
 
+// The build says which version this is.
+#define TEXT_OF(value) #value
+#define TEXT(macro) TEXT_OF(macro)
+
 extern "C" {
 
-const char BrevantoVersionString[] = "@(#)PROGRAM:Brevanto  PROJECT:Brevanto-1\n";
+const char BrevantoVersionString[] = "@(#)PROGRAM:Brevanto  PROJECT:Brevanto-" TEXT(BREVANTO_PROJECT_VERSION) "\n";
 
-const double BrevantoVersionNumber = 1.0;
+const double BrevantoVersionNumber = BREVANTO_PROJECT_VERSION;
 }

@@ -37,6 +37,49 @@ function(brevanto_silence_generated_sources target)
     set_source_files_properties(${generated} PROPERTIES COMPILE_OPTIONS "-w")
 endfunction()
 
+# As generated, a QML module's types, resources and compiled scenes are registered while the library is loaded. Makes them
+# wait for a call of `void register<target>()`. After qt_add_qml_module, with its OUTPUT_TARGETS.
+function(brevanto_register_on_demand target resource_targets)
+    get_target_property(module ${target} QT_QML_MODULE_URI)
+    string(REPLACE "." "_" module ${module})
+    set(calls "")
+    foreach(resource_target IN LISTS resource_targets)
+        set_target_properties(${resource_target} PROPERTIES AUTOMOC OFF)
+        if(resource_target MATCHES "_qmlcache$")
+            target_compile_options(${resource_target} PRIVATE -include ${PROJECT_SOURCE_DIR}/cmake/on-demand/Types.h)
+            string(APPEND calls "        Q_INIT_RESOURCE(qmlcache_${target});\n")
+            continue()
+        endif()
+        target_compile_options(${resource_target} PRIVATE -include ${PROJECT_SOURCE_DIR}/cmake/on-demand/Resources.h)
+        get_target_property(sources ${resource_target} SOURCES)
+        foreach(source IN LISTS sources)
+            if(source MATCHES "/qrc_([^/]+)[.]cpp$")
+                string(APPEND calls "        Q_INIT_RESOURCE(${CMAKE_MATCH_1});\n")
+            endif()
+        endforeach()
+    endforeach()
+    get_target_property(generated ${target} SOURCES)
+    list(FILTER generated INCLUDE REGEX "qmltyperegistrations[.]cpp$")
+    set_source_files_properties(${generated} PROPERTIES
+        SKIP_PRECOMPILE_HEADERS ON
+        COMPILE_OPTIONS "-include;${PROJECT_SOURCE_DIR}/cmake/on-demand/Types.h")
+    file(CONFIGURE OUTPUT ${target}Registration.cpp CONTENT [[
+#include <QtCore/qglobal.h>
+
+extern void qml_register_types_@module@();
+
+void register@target@()
+{
+    static const bool isRegistered = [] {
+        qml_register_types_@module@();
+@calls@        return true;
+    }();
+    Q_UNUSED(isRegistered)
+}
+]] @ONLY)
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}Registration.cpp)
+endfunction()
+
 # What nearly every source of a target includes through others, compiled once. Sources still include what they use:
 # script/lint reads them without this.
 function(brevanto_precompile target)

@@ -21,16 +21,18 @@ public:
 
     const QVariant &source() const { return m_fields.value(Field::source); } // name of the publishing source
     void setSource(QVariant source) { m_fields.setValue(Field::source, std::move(source)); }
-    const QVariant &language() const { return m_fields.value(Field::language); }
+    const QVariant &language() const { return m_fields.value(Field::language); } // language of the content
     void setLanguage(QVariant language) { m_fields.setValue(Field::language, std::move(language)); }
     const QVariant &section() const { return m_fields.value(Field::section); } // department of the content
     void setSection(QVariant section) { m_fields.setValue(Field::section, std::move(section)); }
 
 protected:
+    // Numbers of the fields that all content records have; a record's own follow them.
     struct Field {
         enum { source, language, section, count };
     };
 
+    // The values of all fields, those of derived records included.
     BrevantoFieldValues m_fields;
 
 private:

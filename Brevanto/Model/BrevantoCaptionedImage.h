@@ -10,11 +10,13 @@ public:
     BrevantoCaptionedImage() = default;
     ~BrevantoCaptionedImage() override;
 
+    // The image's address and what stands below it; text, null when the service sent none.
     const QVariant &imageURL() const { return m_fields.value(Field::imageURL); }
     void setImageURL(QVariant imageURL) { m_fields.setValue(Field::imageURL, std::move(imageURL)); }
     const QVariant &captionText() const { return m_fields.value(Field::captionText); }
     void setCaptionText(QVariant captionText) { m_fields.setValue(Field::captionText, std::move(captionText)); }
 
+    // As Platform::Codable says.
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
     void initWithCoder(Platform::KeyedUnarchiver &coder) override;

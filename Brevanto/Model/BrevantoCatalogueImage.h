@@ -10,6 +10,7 @@ public:
     BrevantoCatalogueImage() = default;
     ~BrevantoCatalogueImage() override;
 
+    // The image's address, what stands below it and where the product is sold; text, null when the service sent none.
     const QVariant &imageURL() const { return m_fields.value(Field::imageURL); }
     void setImageURL(QVariant imageURL) { m_fields.setValue(Field::imageURL, std::move(imageURL)); }
     const QVariant &captionText() const { return m_fields.value(Field::captionText); }
@@ -17,6 +18,7 @@ public:
     const QVariant &buyURL() const { return m_fields.value(Field::buyURL); }
     void setBuyURL(QVariant buyURL) { m_fields.setValue(Field::buyURL, std::move(buyURL)); }
 
+    // As Platform::Codable says.
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
     void initWithCoder(Platform::KeyedUnarchiver &coder) override;

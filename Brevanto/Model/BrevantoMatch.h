@@ -44,20 +44,20 @@ public:                                                                         
     BREVANTO_FIELD(5, date, setDate) // date text
     BREVANTO_FIELD(6, desc, setDesc) // description
     BREVANTO_FIELD(7, weblink, setWeblink) // address of the article or page
-    BREVANTO_FIELD(8, author, setAuthor)
-    BREVANTO_FIELD(9, category, setCategory)
+    BREVANTO_FIELD(8, author, setAuthor) // who wrote it
+    BREVANTO_FIELD(9, category, setCategory) // kind of the ad
     BREVANTO_FIELD(10, backgroundImageUrl, setBackgroundImageUrl) // address of the ad image
-    BREVANTO_FIELD(11, youTubeVideoUrl, setYouTubeVideoUrl)
-    BREVANTO_FIELD(12, audioUrl, setAudioUrl)
-    BREVANTO_FIELD(13, buyUrl, setBuyUrl)
-    BREVANTO_FIELD(14, reviewUrl, setReviewUrl)
-    BREVANTO_FIELD(15, websiteUrl, setWebsiteUrl)
-    BREVANTO_FIELD(16, phoneNumber, setPhoneNumber)
+    BREVANTO_FIELD(11, youTubeVideoUrl, setYouTubeVideoUrl) // address of a clip or a video page
+    BREVANTO_FIELD(12, audioUrl, setAudioUrl) // address of a sound clip
+    BREVANTO_FIELD(13, buyUrl, setBuyUrl) // address where it is sold
+    BREVANTO_FIELD(14, reviewUrl, setReviewUrl) // address of the page with more information
+    BREVANTO_FIELD(15, websiteUrl, setWebsiteUrl) // address of the web site
+    BREVANTO_FIELD(16, phoneNumber, setPhoneNumber) // number to call, as it is dialled
     BREVANTO_FIELD(17, adthemeColorString, setAdthemeColorString) // hexadecimal text behind "0x"
     BREVANTO_FIELD(18, relatedAdImages, setRelatedAdImages) // list of image addresses
     BREVANTO_FIELD(19, adCatalogue, setAdCatalogue) // list of BrevantoCatalogueImage
-    BREVANTO_FIELD(20, thumbnailUrl, setThumbnailUrl)
-    BREVANTO_FIELD(21, tagFolder, setTagFolder)
+    BREVANTO_FIELD(20, thumbnailUrl, setThumbnailUrl) // address of a small picture
+    BREVANTO_FIELD(21, tagFolder, setTagFolder) // tag of the ad
     BREVANTO_FIELD(22, comments, setComments) // list; archived, never filled from JSON
     BREVANTO_FIELD(23, vids, setVids) // list of BrevantoRelatedContent
     BREVANTO_FIELD(24, images, setImages) // list of image addresses
@@ -78,10 +78,10 @@ public:                                                                         
                    setDownloadedTime) // date-time of parsing, set when a count of related content came
     BREVANTO_FIELD(39, nativeAdPosition, setNativeAdPosition) // number
     BREVANTO_FIELD(40, relatedItemsCount, setRelatedItemsCount) // number; archived, never filled from JSON
-    BREVANTO_FIELD(41, shareURL, setShareURL)
-    BREVANTO_FIELD(42, shouldDisplayBannerAd, setShouldDisplayBannerAd)
+    BREVANTO_FIELD(41, shareURL, setShareURL) // address to share
+    BREVANTO_FIELD(42, shouldDisplayBannerAd, setShouldDisplayBannerAd) // banner flag, as sent
     BREVANTO_FIELD(43, isSpecialArticle, setIsSpecialArticle) // text
-    BREVANTO_FIELD(44, titleColor, setTitleColor)
+    BREVANTO_FIELD(44, titleColor, setTitleColor) // hexadecimal text
     BREVANTO_FIELD(45, hasRelatedQuiz, setHasRelatedQuiz) // true or null
     BREVANTO_FIELD(46, hasRelatedPoll, setHasRelatedPoll) // true or null
     BREVANTO_FIELD(47, xPercent, setXPercent) // number, hotspot position in percent of the ad image's width
@@ -100,6 +100,7 @@ public:                                                                         
     // `display_source` unless it is null or empty, else `source`, which may be null.
     const QVariant &sourceTitle() const;
 
+    // As Platform::Codable says.
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
     void initWithCoder(Platform::KeyedUnarchiver &coder) override;

@@ -14,6 +14,7 @@ public:
     BrevantoMatchGroup() = default;
     ~BrevantoMatchGroup() override;
 
+    // A group of these matches, which may be none; `imageURL` may be null.
     static std::shared_ptr<BrevantoMatchGroup> initWithMatches(const BrevantoMatchList &matches,
                                                                const QString &imageURL);
 
@@ -34,6 +35,7 @@ public:
     const BrevantoMatchList &listOfMatches() const { return m_listOfMatches; }
     void setListOfMatches(const BrevantoMatchList &listOfMatches) { m_listOfMatches = listOfMatches; }
 
+    // As Platform::Codable says.
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
     void initWithCoder(Platform::KeyedUnarchiver &coder) override;

@@ -14,7 +14,7 @@ public:
     void setTitle(QVariant title) { m_fields.setValue(Field::title, std::move(title)); }
     const QVariant &date() const { return m_fields.value(Field::date); } // date text of the match it belongs to
     void setDate(QVariant date) { m_fields.setValue(Field::date, std::move(date)); }
-    const QVariant &thumbnailUrl() const { return m_fields.value(Field::thumbnailUrl); }
+    const QVariant &thumbnailUrl() const { return m_fields.value(Field::thumbnailUrl); } // address of a small picture
     void setThumbnailUrl(QVariant thumbnailUrl) { m_fields.setValue(Field::thumbnailUrl, std::move(thumbnailUrl)); }
     const QVariant &contentUrl() const { return m_fields.value(Field::contentUrl); } // address of the video or article
     void setContentUrl(QVariant contentUrl) { m_fields.setValue(Field::contentUrl, std::move(contentUrl)); }
@@ -23,6 +23,7 @@ public:
     qint32 imageType() const { return m_imageType; } // kind of image; 0 unless set
     void setImageType(qint32 imageType) { m_imageType = imageType; }
 
+    // As Platform::Codable says.
     QString className() const override;
     void encodeWithCoder(Platform::KeyedArchiver &coder) const override;
     void initWithCoder(Platform::KeyedUnarchiver &coder) override;

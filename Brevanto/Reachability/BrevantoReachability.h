@@ -17,6 +17,7 @@ class ReachabilityTarget;
 // Name of the notification that the network has changed; its object is the BrevantoReachability that noticed.
 extern BREVANTO_EXPORT const QLatin1StringView kBrevantoReachabilityChangedNotification;
 
+// How a target can be reached.
 enum BrevantoReachabilityStatus : int {
     BrevantoReachabilityStatusNone = 0, // not reachable
     BrevantoReachabilityStatusWiFi = 1, // over a local network or Wi-Fi
@@ -32,9 +33,11 @@ class BREVANTO_EXPORT BrevantoReachability : public QObject
     Q_OBJECT
 
 public:
+    // A monitor without a target: its queries raise an internal inconsistency.
     explicit BrevantoReachability(QObject *parent = nullptr);
     ~BrevantoReachability() override;
 
+    // Watch the host of that name or at that address; null for an empty name and a null address.
     static std::unique_ptr<BrevantoReachability> reachabilityWithHostName(const QString &hostName);
     static std::unique_ptr<BrevantoReachability> reachabilityWithAddress(const QHostAddress &hostAddress);
     // Watches the IPv4 zero address: whether the internet can be reached.
@@ -44,6 +47,7 @@ public:
     bool startNotifier();
     void stopNotifier();
 
+    // How the target can be reached now; not reachable when that cannot be read.
     BrevantoReachabilityStatus currentReachabilityStatus() const;
     // Whether a connection has to be made first; false when that cannot be read.
     bool connectionRequired() const;

@@ -21,6 +21,7 @@ class BREVANTO_EXPORT BrevantoServerManager : public std::enable_shared_from_thi
     };
 
 public:
+    // How calls and failures travel: see QuillfernServerParamsObject.
     using ParamsObject = std::shared_ptr<const QuillfernServerParamsObject>;
     using FailureBlock = QuillfernServerParamsObject::FailureBlock;
 
@@ -33,6 +34,8 @@ public:
     explicit BrevantoServerManager(Key);
     ~BrevantoServerManager();
 
+    // The session that sends the requests of this manager, and what its own session was made with. From any thread; a
+    // request under way stays with the session that it began with.
     std::shared_ptr<Platform::URLSession> currentSession() const;
     void setCurrentSession(const std::shared_ptr<Platform::URLSession> &session);
     Platform::URLSession::Configuration currentSessionConfiguration() const;

@@ -40,6 +40,7 @@ using BrevantoServerResult =
 class QuillfernServerParamsObject
 {
 public:
+    // What the request code says the answer is, once it has been accepted.
     using CompletionBlock = std::function<void(const BrevantoServerResult &result)>;
     // The transport's error, or nothing when a body came that was not acceptable.
     using FailureBlock = std::function<void(const std::optional<Platform::URLError> &error)>;
@@ -73,16 +74,17 @@ public:
     double cacheExpiryTime() const { return m_cacheExpiryTime; }
     void setCacheExpiryTime(double cacheExpiryTime) { m_cacheExpiryTime = cacheExpiryTime; }
 
+    // One of BrevantoAPIRequestType, or any other number.
     qint32 apiRequestType() const { return m_apiRequestType; }
     void setApiRequestType(qint32 apiRequestType) { m_apiRequestType = apiRequestType; }
 
+    // One of BrevantoAPIRequestCode, or any other number.
     qint32 apiRequestCode() const { return m_apiRequestCode; }
     void setApiRequestCode(qint32 apiRequestCode) { m_apiRequestCode = apiRequestCode; }
 
     // Both blocks run on the URL session's thread. Either may be empty.
     const CompletionBlock &completionBlock() const { return m_completionBlock; }
     void setCompletionBlock(CompletionBlock completionBlock) { m_completionBlock = std::move(completionBlock); }
-
     const FailureBlock &failureBlock() const { return m_failureBlock; }
     void setFailureBlock(FailureBlock failureBlock) { m_failureBlock = std::move(failureBlock); }
 

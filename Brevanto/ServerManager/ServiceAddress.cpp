@@ -8,7 +8,7 @@ namespace ServiceAddress
 namespace
 {
 
-QMutex mutex;
+constinit QBasicMutex mutex;
 
 QString &overridingServer()
 {

@@ -34,8 +34,9 @@ BREVANTO_EXPORT Platform::Image fixOrientation(const Platform::Image &image);
 // transparency while the view is in no visible window. Null when the view has no size. For the main thread only.
 BREVANTO_EXPORT Platform::Image captureScreenShotOfView(Platform::View *view);
 
+// An image that keeps its edges when it is stretched.
 struct ResizableImage {
-    Platform::Image image;
+    Platform::Image image; // null for none
     QMarginsF capInsets; // points along each edge that keep their size when the image is stretched
 };
 // The stretchable background of buttons; its image is null while the bundle has no asset "btn_bg".

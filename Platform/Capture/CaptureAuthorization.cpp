@@ -8,6 +8,9 @@
 #include <QPermissions>
 #define PLATFORM_HAS_PERMISSIONS
 #endif
+#ifdef Q_OS_IOS
+#include "Platform/Capture/CaptureAuthorizationRestriction.h"
+#endif
 
 namespace Platform
 {
@@ -44,6 +47,10 @@ private:
         case Qt::PermissionStatus::Denied:
             break;
         }
+#ifdef Q_OS_IOS
+        if (isCaptureRestricted())
+            return CaptureAuthorizationStatus::Restricted;
+#endif
         return CaptureAuthorizationStatus::Denied;
     }
 };

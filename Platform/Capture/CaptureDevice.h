@@ -13,9 +13,13 @@
 namespace Platform
 {
 
+// Where a camera looks: unknown, away from the user, at the user.
 enum class CaptureDevicePosition { Unspecified = 0, Back = 1, Front = 2 };
+// When the flash fires.
 enum class CaptureFlashMode { Off = 0, On = 1, Auto = 2 };
+// How the lens finds its distance.
 enum class CaptureFocusMode { Locked = 0, ContinuousAutoFocus = 2 };
+// What a session asks of a camera: good pictures in motion, or the best photo.
 enum class CaptureSessionPreset { High, Photo };
 
 // A camera: one of the machine's, or one that the host registers. Lives on the main thread, and all its operations are
@@ -49,13 +53,16 @@ public:
     // by inputs and before every start.
     virtual void open() { }
 
+    // Whether there is a flash at all.
     virtual bool hasFlash() const = 0;
     // Whether the flash would fire now.
     virtual bool isFlashActive() const = 0;
+    // Off on a device without flash.
     virtual CaptureFlashMode flashMode() const = 0;
     // Raises InvalidArgument on a device without flash.
     void setFlashMode(CaptureFlashMode mode);
 
+    // The focus modes that the lens knows, and the one in use.
     virtual bool isFocusModeSupported(CaptureFocusMode mode) const = 0;
     virtual CaptureFocusMode focusMode() const = 0;
     // Raises InvalidArgument when the device does not support the mode.
@@ -74,8 +81,8 @@ public:
     void unlockForConfiguration();
 
     // What a session does with a device.
-    // -------------------------------------------------------------------------------
 
+    // Receives preview frames; on any thread.
     using FrameHandler = std::function<void(const QVideoFrame &)>;
 
     // Delivers preview frames to `handler`, on any thread, for `owner`. Another owner's delivery ends: a camera serves
@@ -89,12 +96,14 @@ public:
     virtual void captureStillImage(CaptureCompletion completion) = 0;
 
 protected:
+    // Do what the setters above have checked: the device is locked and knows the mode.
     virtual void applyFlashMode(CaptureFlashMode mode) = 0;
     virtual void applyFocusMode(CaptureFocusMode mode) = 0;
     virtual void applyZoom(qreal factor, qreal rate) = 0;
     // Whether the device may be configured now.
     virtual bool acquireConfiguration() { return true; }
 
+    // Begin and end delivering preview frames; each begin is ended before the next.
     virtual void startDelivering(CaptureSessionPreset preset, FrameHandler handler) = 0;
     virtual void stopDelivering() = 0;
 

@@ -12,7 +12,7 @@ namespace Platform
 
 // One photo as a capture device delivers it: the device's own JPEG bytes or, from devices that have none, pixels.
 struct CaptureSampleBuffer {
-    QByteArray jpeg;
+    QByteArray jpeg; // as the camera made it; may be empty
     QImage pixels; // looked at only when `jpeg` is empty
 };
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Capture/CaptureSession.h"
 
+#include <QLatin1StringView>
 #include <QString>
 
 #include <memory>
@@ -11,7 +12,7 @@ namespace Platform
 {
 
 // Media type of pictures in motion and of photos.
-inline const QString CaptureMediaTypeVideo = QStringLiteral("vide");
+inline constexpr QLatin1StringView CaptureMediaTypeVideo("vide");
 
 struct CaptureInputPort {
     QString mediaType;

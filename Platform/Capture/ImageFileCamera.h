@@ -26,6 +26,7 @@ public:
     // The file that the camera sees now; empty when there is none.
     QString currentFile() const;
 
+    // As CaptureDevice says.
     CaptureDevicePosition position() const override { return CaptureDevicePosition::Back; }
     bool hasFlash() const override { return true; }
     bool isFlashActive() const override { return m_flashMode == CaptureFlashMode::On; }
@@ -35,9 +36,11 @@ public:
     qreal videoZoomFactor() const override { return m_zoom; }
     qreal activeFormatVideoMaxZoomFactor() const override;
 
+    // As CaptureDevice says.
     void captureStillImage(CaptureCompletion completion) override;
 
 protected:
+    // As CaptureDevice says.
     void applyFlashMode(CaptureFlashMode mode) override { m_flashMode = mode; }
     void applyFocusMode(CaptureFocusMode mode) override { m_focusMode = mode; }
     void applyZoom(qreal factor, qreal rate) override;

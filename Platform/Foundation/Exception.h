@@ -13,10 +13,13 @@ namespace Platform
 class BREVANTO_EXPORT Exception : public std::exception
 {
 public:
+    // The kinds of faults.
     enum class Name { InternalInconsistency, InvalidArgument, Range };
 
+    // `reason` says in a sentence what is wrong.
     Exception(Name name, const QString &reason);
 
+    // What it was made with; what() gives both as UTF-8.
     Name name() const { return m_name; }
     QString reason() const { return m_reason; }
     const char *what() const noexcept override;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Foundation/Export.h"
+
 #include <QHash>
 #include <QObject>
 #include <QPointer>
@@ -11,17 +13,20 @@
 namespace Platform
 {
 
+// What an observer is told.
 struct Notification {
-    QString name;
+    QString name; // what has happened
     QObject *object = nullptr; // the sender; may be null
 };
 
 // Hands named notifications to whoever observes them, on the thread that posts them. For the main thread only.
-class NotificationCenter
+class BREVANTO_EXPORT NotificationCenter
 {
 public:
+    // Called with each notification that is observed.
     using Handler = std::function<void(const Notification &)>;
 
+    // The center of the process, which the library posts to.
     static NotificationCenter &defaultCenter();
 
     // Calls `handler` for each notification of that name, from `sender` alone or, when null, from any sender, until
@@ -31,6 +36,7 @@ public:
     // Removes all that `observer` observes under that name.
     void removeObserver(QObject *observer, const QString &name);
 
+    // Tells all who observe that name; `object` (may be null) is the sender.
     void post(const QString &name, QObject *object);
 
 private:

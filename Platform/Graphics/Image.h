@@ -33,6 +33,7 @@ public:
     // vector graphics too, whose drawing takes time and memory beyond measure and may open further files.
     static Image withContentsOfFile(const QString &path);
 
+    // Whether there is no image.
     bool isNull() const { return !d; }
 
     // Width and height in points, upright: pixels divided by scale, sides swapped where the orientation turns them.

@@ -8,9 +8,8 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 
-// Made by the build from the module's types. Naming it here keeps the registration in programs that link the static
-// library.
-extern void qml_register_types_Brevanto_Platform();
+// Made by the build: registers the module's types and resources.
+extern void registerBrevantoPlatform();
 
 namespace Platform
 {
@@ -23,15 +22,12 @@ struct Scenes {
     QHash<QUrl, QQmlComponent *> components;
 };
 
-std::unique_ptr<Scenes> scenes;
-
 Scenes &currentScenes()
 {
+    static std::unique_ptr<Scenes> scenes;
     if (scenes)
         return *scenes;
-    static bool registered = false;
-    if (!std::exchange(registered, true))
-        qml_register_types_Brevanto_Platform();
+    registerBrevantoPlatform();
     scenes = std::make_unique<Scenes>();
     scenes->engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     scenes->engine.addImageProvider(ImageProvider::name(), new ImageProvider);

@@ -17,7 +17,7 @@ namespace
 {
 
 bool animationsEnabled = true;
-QPointer<ViewAnimator> existingAnimator;
+ViewAnimator *existingAnimator = nullptr; // goes with the application object
 
 QEasingCurve bezier(const QPointF &first, const QPointF &second)
 {
@@ -83,7 +83,10 @@ ViewAnimator::ViewAnimator()
 {
 }
 
-ViewAnimator::~ViewAnimator() = default;
+ViewAnimator::~ViewAnimator()
+{
+    existingAnimator = nullptr;
+}
 
 ViewAnimator &ViewAnimator::instance()
 {

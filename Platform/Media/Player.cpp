@@ -10,7 +10,7 @@
 namespace Platform
 {
 
-const QString AVPlayerItemDidPlayToEndTimeNotification = QStringLiteral("AVPlayerItemDidPlayToEndTimeNotification");
+constinit const QLatin1StringView AVPlayerItemDidPlayToEndTimeNotification("AVPlayerItemDidPlayToEndTimeNotification");
 
 namespace
 {

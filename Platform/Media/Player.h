@@ -10,7 +10,7 @@ namespace Platform
 {
 
 // Posted by the default notification center, with the Player as its object, when a clip has played to its end.
-extern const QString AVPlayerItemDidPlayToEndTimeNotification;
+extern const QLatin1StringView AVPlayerItemDidPlayToEndTimeNotification;
 
 // Plays one clip, video or sound, from an http or https address. Loading begins at once, playing with play(). What
 // cannot be played ends in an error text and stays silent otherwise. For the main thread only.

@@ -16,15 +16,15 @@ namespace Platform
 // The bits of a target's flag word.
 namespace ReachabilityFlag
 {
-inline constexpr quint32 TransientConnection = 0x1;
-inline constexpr quint32 Reachable = 0x2;
-inline constexpr quint32 ConnectionRequired = 0x4;
-inline constexpr quint32 ConnectionOnTraffic = 0x8;
-inline constexpr quint32 InterventionRequired = 0x10;
-inline constexpr quint32 ConnectionOnDemand = 0x20;
-inline constexpr quint32 IsLocalAddress = 0x10000;
-inline constexpr quint32 IsDirect = 0x20000;
-inline constexpr quint32 IsWWAN = 0x40000;
+inline constexpr quint32 TransientConnection = 0x1; // over a connection that may end at any time
+inline constexpr quint32 Reachable = 0x2; // packets can leave
+inline constexpr quint32 ConnectionRequired = 0x4; // a connection has to be made first
+inline constexpr quint32 ConnectionOnTraffic = 0x8; // which the first packet does
+inline constexpr quint32 InterventionRequired = 0x10; // and the user has to help
+inline constexpr quint32 ConnectionOnDemand = 0x20; // which happens by itself when it is needed
+inline constexpr quint32 IsLocalAddress = 0x10000; // an address of this device
+inline constexpr quint32 IsDirect = 0x20000; // on a network of this device, without a gateway
+inline constexpr quint32 IsWWAN = 0x40000; // over the cellular network
 } // namespace ReachabilityFlag
 
 // Something on the network, and whether packets for it could leave this device now. Nothing is sent to find that out.
@@ -32,6 +32,7 @@ inline constexpr quint32 IsWWAN = 0x40000;
 class BREVANTO_EXPORT ReachabilityTarget
 {
 public:
+    // Told of the new flag word; `info` is what came with the callback.
     using Callback = void (*)(ReachabilityTarget *target, quint32 flags, QObject *info);
 
     // The host of that name. Before the name has been looked up, which scheduling the target does, it counts as

@@ -18,12 +18,14 @@ class QThread;
 namespace Platform
 {
 
+// What to send.
 struct URLRequest {
+    // HTTP method.
     enum class Method { Get, Post };
 
-    QUrl url;
-    Method method = Method::Get;
-    QHash<QByteArray, QByteArray> headers;
+    QUrl url; // http or https
+    Method method = Method::Get; // how it is sent
+    QHash<QByteArray, QByteArray> headers; // beside those that HTTP needs
     QByteArray body; // of a POST
     // How long the transfer may stand still: it starts anew with every piece of the body that goes out and of the
     // answer that comes in.
@@ -34,6 +36,7 @@ struct URLRequest {
 
 // Why no response came. A response of any HTTP status is no error.
 struct URLError {
+    // What went wrong.
     enum class Code {
         BadURL,
         UnsupportedURL,
@@ -45,13 +48,14 @@ struct URLError {
         Secure,
         Unknown
     };
-    Code code = Code::Unknown;
-    QString description;
+    Code code = Code::Unknown; // for programs
+    QString description; // for people, in English
 };
 
+// How the server answered.
 struct URLResponse {
-    QUrl url;
-    int status = 0;
+    QUrl url; // the last one, after redirects
+    int status = 0; // of HTTP
     QHash<QByteArray, QByteArray> headers; // names in lower case
 };
 
@@ -67,6 +71,7 @@ public:
     // dataTask.
     using Completion = std::function<void(std::optional<QByteArray> data, std::optional<URLResponse> response,
                                           std::optional<URLError> error)>;
+    // The limits of a session.
     struct Configuration {
         // A longer body is cut off with TooLarge. Little more than that is held in memory, however much is sent.
         qint64 maximumBodySize = 64 * 1024 * 1024;
@@ -75,6 +80,7 @@ public:
         std::chrono::milliseconds maximumDuration{60000};
     };
 
+    // Starts the session's thread.
     explicit URLSession(const Configuration &configuration);
     ~URLSession();
 

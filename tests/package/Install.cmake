@@ -1,0 +1,40 @@
+# Installs into an empty prefix and looks at what came: what belongs there, and nothing else.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+set(prefix ${WORK_DIR}/prefix)
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --config ${CONFIG} --prefix ${prefix})
+
+file(GLOB_RECURSE files RELATIVE ${prefix} ${prefix}/*)
+set(strangers ${files})
+set(lib "lib[^/]*/([^/]+-[^/]+/)?")
+list(FILTER strangers EXCLUDE REGEX "^include/brevanto/(Brevanto|Platform)/.*[.]h$")
+list(FILTER strangers EXCLUDE REGEX "^${lib}(lib)?Brevanto(Qml|Core|Platform)?[.](so|a|dylib)[.0-9]*$")
+list(FILTER strangers EXCLUDE REGEX "^${lib}(brevanto/.*[.]o|pkgconfig/brevanto[.]pc)$")
+list(FILTER strangers EXCLUDE REGEX "^share/brevanto/BrevantoQmlImport[.]cpp$")
+list(FILTER strangers EXCLUDE REGEX "^${lib}cmake/Brevanto/Brevanto[A-Za-z-]*[.]cmake$")
+list(FILTER strangers EXCLUDE REGEX "^${lib}qt6/qml/Brevanto/(qmldir|BrevantoQml[.]qmltypes|libBrevantoQmlPlugin[.]so)$")
+if(strangers)
+    message(FATAL_ERROR "Nobody installs these: ${strangers}")
+endif()
+
+# A header that reaches for one that was left out breaks every host.
+file(GLOB_RECURSE headers RELATIVE ${prefix}/include/brevanto ${prefix}/include/brevanto/*.h)
+foreach(header IN LISTS headers)
+    file(STRINGS ${prefix}/include/brevanto/${header} includes REGEX "^#include \"")
+    foreach(line IN LISTS includes)
+        string(REGEX REPLACE "^#include \"(.*)\".*" "\\1" included "${line}")
+        if(NOT included IN_LIST headers)
+            message(FATAL_ERROR "${header} includes ${included}, which is not installed")
+        endif()
+    endforeach()
+endforeach()
+
+# Nothing in the installed files says where they were built.
+file(GLOB_RECURSE texts ${prefix}/*.cmake ${prefix}/*.pc ${prefix}/*.h)
+foreach(text IN LISTS texts)
+    file(READ ${text} contents)
+    string(FIND "${contents}" "${SOURCE_DIR}" place)
+    if(NOT place EQUAL -1)
+        message(FATAL_ERROR "${text} names ${SOURCE_DIR}")
+    endif()
+endforeach()

@@ -1,0 +1,36 @@
+# Makes the packages and looks into them, without installing anything.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+foreach(generator IN ITEMS TGZ DEB)
+    find_program(dpkg_shlibdeps dpkg-shlibdeps)
+    if(generator STREQUAL "DEB" AND NOT dpkg_shlibdeps)
+        continue()
+    endif()
+    run(cpack -G ${generator} -C ${CONFIG} --config ${BUILD_DIR}/CPackConfig.cmake -B ${WORK_DIR})
+endforeach()
+
+function(check_contents listing)
+    foreach(wanted IN ITEMS "include/brevanto/Brevanto/Brevanto.h" "libBrevanto[.](so[.][0-9.]+|a)\n"
+            "cmake/Brevanto/BrevantoConfig.cmake" "qml/Brevanto/qmldir")
+        if(NOT listing MATCHES "${wanted}")
+            message(FATAL_ERROR "No ${wanted} in\n${listing}")
+        endif()
+    endforeach()
+    if(listing MATCHES "[^\n]*(tst_|brevanto-host|match-service|catalogue|/tests/|/build/|[.]cmake[.]in)[^\n]*")
+        message(FATAL_ERROR "${CMAKE_MATCH_0} is no part of a package")
+    endif()
+endfunction()
+
+file(GLOB tarball ${WORK_DIR}/*.tar.gz)
+run(${CMAKE_COMMAND} -E tar tf ${tarball})
+check_contents("${OUTPUT}")
+
+file(GLOB package ${WORK_DIR}/*.deb)
+if(package)
+    run(dpkg-deb -c ${package})
+    check_contents("${OUTPUT}")
+    run(dpkg-deb -f ${package} Package Version Depends)
+    if(NOT OUTPUT MATCHES "Package: libbrevanto-dev\n.*Version: 1[.][0-9.]+\n.*Depends: .*libqt6core6 .*libqt6quick6 ")
+        message(FATAL_ERROR "The package says of itself:\n${OUTPUT}")
+    endif()
+endif()
