@@ -8,6 +8,8 @@
 
 #include <QQmlEngine>
 
+#include <utility>
+
 BrevantoQmlClient::BrevantoQmlClient(QObject *parent)
     : QObject(parent)
     , m_reachability(BrevantoReachability::reachabilityForInternetConnection())

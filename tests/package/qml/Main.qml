@@ -21,6 +21,8 @@ Window {
 
         function onCameraScreenShownChanged() {
             window.changes += 1
+            if (window.changes === 2)
+                Qt.exit(BrevantoClient.cameraScreenShown ? 5 : 0)
         }
     }
     Timer {
@@ -34,8 +36,6 @@ Window {
                 window.fail(3)
             else if (BrevantoClient.showCameraScreen() || window.changes !== 1)
                 window.fail(4)
-            else
-                Qt.exit(0)
         }
     }
 }
