@@ -34,6 +34,13 @@ bool isPhone([[maybe_unused]] const QSizeF &size)
 #endif
 }
 
+// The contents of a window have no size before it is on the screen.
+QSizeF contentSize(const QQuickWindow *window)
+{
+    const QSizeF size = window->contentItem()->size();
+    return size.isEmpty() ? QSizeF(window->size()) : size;
+}
+
 bool isPortrait(const QSizeF &size)
 {
     return size.height() >= size.width();
@@ -102,7 +109,7 @@ Window::Window(QQuickWindow *window)
     : QObject(window)
     , m_quickWindow(window)
     , m_root(std::make_unique<ViewController>())
-    , m_size(window->contentItem()->size())
+    , m_size(contentSize(window))
 {
     View *root = m_root->view();
     root->setSize(m_size);

@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTimer>
 
 #include <cstring>
 
@@ -27,15 +28,12 @@ int main(int argc, char *argv[])
     center.post(kBrevantoReachabilityChangedNotification, nullptr);
 
     bool isShown = false;
-    QObject::connect(
-        &window, &QQuickWindow::frameSwapped, &application,
-        [&] {
-            const auto itemsOfHost = window.contentItem()->childItems().size();
-            BrevantoClient::sharedClient()->showCameraScreen();
-            isShown = window.contentItem()->childItems().size() > itemsOfHost && kScreenWidth == 390;
-            QCoreApplication::quit();
-        },
-        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    QTimer::singleShot(0, &application, [&] {
+        const auto itemsOfHost = window.contentItem()->childItems().size();
+        BrevantoClient::sharedClient()->showCameraScreen();
+        isShown = window.contentItem()->childItems().size() > itemsOfHost && kScreenWidth == 390;
+        QCoreApplication::quit();
+    });
     QGuiApplication::exec();
     const bool isVersioned = BrevantoVersionNumber == 1.0 && std::strstr(BrevantoVersionString, "PROJECT:Brevanto-1\n");
     return !isShown ? 2 : !isNotified ? 3 : !isVersioned ? 4 : 0;
