@@ -5,16 +5,12 @@
 #include "Brevanto/Model/BrevantoCaptionedImage.h"
 #include "Brevanto/Model/BrevantoCatalogueImage.h"
 #include "Brevanto/Model/BrevantoFields.h"
-#include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/ThemeColor.h"
 #include "Brevanto/Utils/BrevantoUtils.h"
 #include "Brevanto/Utils/CustomLabel.h"
 #include "Brevanto/WebAction.h"
-#include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Foundation/Log.h"
 #include "Platform/Interface/SystemFont.h"
-
-#include <algorithm>
 
 namespace
 {
@@ -28,9 +24,6 @@ constexpr QSizeF buySize(80, 45);
 constexpr qreal buyBottom = 50;
 constexpr qreal buyGap = 10;
 constexpr qreal buyCornerRadius = 10;
-// As many as one server is asked at a time. A request's time-out counts from when it is made, so that those that would
-// only wait in a queue are not made yet.
-constexpr int maximumRequestsUnderWay = 6;
 
 QString imageKey()
 {
@@ -52,19 +45,14 @@ Platform::Image placeholder()
     return brevantoBundle().imageNamed(QStringLiteral("brevanto_no_image"));
 }
 
-// Whether a page is seen, or may be seen with the next move of the finger. While the finger moves on, `current` is
-// still the page that it leaves.
-bool isNear(int page, int current)
-{
-    return page >= current - 1 && page <= current + 2;
-}
-
 } // namespace
 
 BrevantoPhotoGalleryVC::~BrevantoPhotoGalleryVC()
 {
-    for (Platform::ScrollView *page : std::as_const(m_pages))
-        page->setDelegate(nullptr);
+    for (Platform::ScrollView *page : std::as_const(m_pages)) {
+        if (page)
+            page->setDelegate(nullptr);
+    }
     if (m_imagesScrollView)
         m_imagesScrollView->setDelegate(nullptr);
 }
@@ -108,12 +96,6 @@ void BrevantoPhotoGalleryVC::viewDidLayoutSubviews()
         loadGalleryViewWithCurrentIndex(0);
 }
 
-bool BrevantoPhotoGalleryVC::goBack()
-{
-    navBarBackButtonAction();
-    return true;
-}
-
 void BrevantoPhotoGalleryVC::navBarBackButtonAction()
 {
     dismiss(true);
@@ -122,8 +104,9 @@ void BrevantoPhotoGalleryVC::navBarBackButtonAction()
 QList<BrevantoPhotoGalleryVC::Item> BrevantoPhotoGalleryVC::itemsOf(const BrevantoMatch &match)
 {
     const QVariantList catalogue = BrevantoFields::list(match.adCatalogue());
+    const QVariantList &entries = catalogue.isEmpty() ? match.galleryDataSource() : catalogue;
     QList<Item> items;
-    for (const QVariant &entry : catalogue.isEmpty() ? match.galleryDataSource() : catalogue) {
+    for (const QVariant &entry : entries.first(qMin(entries.size(), qsizetype(mostImages)))) {
         if (const auto product = BrevantoFields::record<BrevantoCatalogueImage>(entry))
             items.append({BrevantoFields::text(product->imageURL()), BrevantoFields::text(product->captionText()),
                           BrevantoFields::text(product->buyURL())});
@@ -138,17 +121,18 @@ QList<BrevantoPhotoGalleryVC::Item> BrevantoPhotoGalleryVC::itemsOf(const Brevan
 void BrevantoPhotoGalleryVC::loadGalleryViewWithCurrentIndex(int index)
 {
     m_items = m_matchObject ? itemsOf(*m_matchObject) : QList<Item>();
+    qDeleteAll(m_pages);
+    m_pages.fill(nullptr, m_items.size());
+    m_galleryImageDictsArray.clear();
+    m_entries.clear();
+    m_page = qBound(0, index, qMax(0, static_cast<int>(m_items.size()) - 1));
     loadPageControl();
-    for (int page = 0; page < m_items.size(); ++page) {
-        addPage(page);
-        m_waiting.append(page);
-    }
-    const QSizeF size = m_imagesScrollView->frame().size();
-    m_imagesScrollView->setContentSize({size.width() * static_cast<qreal>(m_items.size()), size.height()});
-    connect(m_imagesScrollView, &Platform::ScrollView::tapped, this, &BrevantoPhotoGalleryVC::handleSingleTap);
-    m_page = index;
-    m_imagesScrollView->setContentOffset({index * size.width(), 0}, false);
-    requestImages();
+    m_pageControl->setCurrentPage(m_page);
+    layOutPages();
+    showNearPages();
+    connect(m_imagesScrollView, &Platform::ScrollView::tapped, this, &BrevantoPhotoGalleryVC::handleSingleTap,
+            Qt::UniqueConnection);
+    loadImages();
     m_areImagesLoadedOnce = true;
 }
 
@@ -176,23 +160,37 @@ QRectF BrevantoPhotoGalleryVC::pageFrame(int index) const
 void BrevantoPhotoGalleryVC::addPage(int index)
 {
     auto *page = new Platform::ScrollView(pageFrame(index));
-    page->setHidden(!isNear(index, m_page));
     page->setClip(true);
     page->setMinimumZoomScale(1);
     page->setMaximumZoomScale(maximumZoom);
     page->setDelaysContentTouches(false);
     page->setAccessibleName(tr("Image %1 of %2").arg(index + 1).arg(m_items.size()));
-    m_pages.append(page);
+    m_pages[index] = page;
     page->setDelegate(this);
 
     auto *imageView = new Platform::ImageView(page->bounds());
     imageView->setTag(firstImageViewTag + index);
     imageView->setUserInteractionEnabled(true);
     imageView->setAutoresizingMask(Platform::View::FlexibleWidth | Platform::View::FlexibleHeight);
-    imageView->setKeepsPixels(isNear(index, m_page));
+    connect(imageView, &Platform::ImageView::imageFailed, this, [this, index] { imageArrived(index, {}); });
     page->contentView()->addSubview(imageView);
     BrevantoUtils::addSpinnerToView(imageView, Platform::ActivityIndicatorStyle::WhiteLarge);
     m_imagesScrollView->contentView()->addSubview(page);
+    if (const auto entry = m_entries.constFind(index); entry != m_entries.cend())
+        loadImageForGalleryAtIndex(index, m_galleryImageDictsArray.at(*entry));
+}
+
+void BrevantoPhotoGalleryVC::showNearPages()
+{
+    for (int index = 0; index < m_pages.size(); ++index) {
+        const bool isNear = GalleryImageLoader::isNear(index, m_page);
+        if (isNear && !m_pages.at(index))
+            addPage(index);
+        if (!m_pages.at(index))
+            continue;
+        m_pages.at(index)->setHidden(!isNear);
+        imageViewAt(index)->setKeepsPixels(isNear);
+    }
 }
 
 // The window has another size, as after a rotation: the page on show stays.
@@ -200,6 +198,8 @@ void BrevantoPhotoGalleryVC::layOutPages()
 {
     const int current = m_page;
     for (int index = 0; index < m_pages.size(); ++index) {
+        if (!m_pages.at(index))
+            continue;
         m_pages.at(index)->setZoomScale(1, false);
         m_pages.at(index)->setFrame(pageFrame(index));
     }
@@ -208,46 +208,42 @@ void BrevantoPhotoGalleryVC::layOutPages()
     m_imagesScrollView->setContentOffset({current * size.width(), 0}, false);
 }
 
-// Those of the pages nearest to the one on show first.
-void BrevantoPhotoGalleryVC::requestImages()
+void BrevantoPhotoGalleryVC::loadImages()
 {
-    while (m_requestsUnderWay < maximumRequestsUnderWay && !m_waiting.isEmpty()) {
-        const auto nearest = std::min_element(m_waiting.begin(), m_waiting.end(), [this](int a, int b) {
-            return std::abs(a - m_page) < std::abs(b - m_page);
-        });
-        const int index = *nearest;
-        m_waiting.erase(nearest);
-        ++m_requestsUnderWay;
-        request(index);
-    }
-}
-
-void BrevantoPhotoGalleryVC::request(int index)
-{
-    const QPointer<QObject> self(this);
-    BrevantoServerManager::sharedServerManager()->getImage(
-        m_items.at(index).imageURL,
-        [self, this, index](const Platform::Image &image) {
-            Platform::DispatchQueue::mainAsync(self, [this, index, image] { imageArrived(index, image); });
-        },
-        [self, this, index](const std::optional<Platform::URLError> &) {
-            Platform::DispatchQueue::mainAsync(self, [this, index] { imageArrived(index, {}); });
-        });
+    QStringList addresses;
+    for (const Item &item : std::as_const(m_items))
+        addresses.append(item.imageURL);
+    m_loader = std::make_unique<GalleryImageLoader>(addresses);
+    connect(m_loader.get(), &GalleryImageLoader::arrived, this, &BrevantoPhotoGalleryVC::imageArrived);
+    connect(m_loader.get(), &GalleryImageLoader::released, this, &BrevantoPhotoGalleryVC::imageReleased);
+    m_loader->setPage(m_page);
 }
 
 void BrevantoPhotoGalleryVC::imageArrived(int index, const Platform::Image &image)
 {
-    --m_requestsUnderWay;
-    BrevantoUtils::removeSpinnerFromView(imageViewAt(index));
     QVariantMap imageDict{{imageKey(), QVariant::fromValue(image.isNull() ? placeholder() : image)}};
     if (!image.isNull()) {
         imageDict.insert(captionKey(), m_items.at(index).caption);
         imageDict.insert(buyKey(), m_items.at(index).buyURL);
     }
-    m_galleryImageDictsArray.append(imageDict);
+    // An image may arrive anew, or turn out to be none.
+    if (const auto entry = m_entries.constFind(index); entry != m_entries.cend()) {
+        m_galleryImageDictsArray[*entry] = imageDict;
+    } else {
+        m_entries.insert(index, m_galleryImageDictsArray.size());
+        m_galleryImageDictsArray.append(imageDict);
+    }
     loadImageForGalleryAtIndex(index, imageDict);
     updateButtons();
-    requestImages();
+}
+
+void BrevantoPhotoGalleryVC::imageReleased(int index)
+{
+    m_galleryImageDictsArray[m_entries.value(index)].insert(imageKey(), QVariant::fromValue(Platform::Image()));
+    if (Platform::ImageView *imageView = imageViewAt(index)) {
+        imageView->setImage({});
+        BrevantoUtils::addSpinnerToView(imageView, Platform::ActivityIndicatorStyle::WhiteLarge);
+    }
 }
 
 Platform::ImageView *BrevantoPhotoGalleryVC::imageViewAt(int index) const
@@ -262,12 +258,14 @@ void BrevantoPhotoGalleryVC::loadImageForGalleryAtIndex(int index, const QVarian
     if (!imageView)
         return;
     const auto image = imageDict.value(imageKey()).value<Platform::Image>();
+    if (image.isNull())
+        return;
     imageView->setContentMode(image == placeholder() ? Platform::ContentMode::Center
                                                      : Platform::ContentMode::ScaleAspectFit);
     imageView->setImage(image);
     delete imageView->findChild<CatalogueButton *>(QString(), Qt::FindDirectChildrenOnly);
-    const QString caption = imageDict.value(captionKey()).toString();
-    const Platform::View *strip = caption.isEmpty() ? nullptr : addCaptionViewAtBottomOfImageView(imageView, caption);
+    const Platform::View *strip =
+        addCaptionViewAtBottomOfImageView(imageView, imageDict.value(captionKey()).toString());
     if (const QString buyURL = imageDict.value(buyKey()).toString(); !buyURL.isEmpty())
         addBuyButton(imageView, buyURL, strip);
     BrevantoUtils::removeSpinnerFromView(imageView);
@@ -332,7 +330,8 @@ void BrevantoPhotoGalleryVC::scrollByPages(int count)
     if (Platform::ScrollViewDelegate *delegate = m_imagesScrollView->delegate())
         delegate->scrollViewWillBeginDragging(m_imagesScrollView);
     const QPointF step(count * m_imagesScrollView->frame().width(), 0);
-    m_imagesScrollView->setContentOffset(m_imagesScrollView->contentOffset() + step, true);
+    // While a move is under way, from where that leads: two quick taps are two pages.
+    m_imagesScrollView->setContentOffset(m_imagesScrollView->restingOffset() + step, true);
 }
 
 void BrevantoPhotoGalleryVC::buyButtonClicked(CatalogueButton *button)
@@ -366,20 +365,17 @@ void BrevantoPhotoGalleryVC::scrollViewDidScroll(Platform::ScrollView *scrollVie
     constexpr qreal rounding = 1e-3;
     m_pageControl->setCurrentPage(static_cast<int>(scrollView->contentOffset().x() / width + rounding));
     if (const int page = m_pageControl->currentPage(); page != m_page)
-        pageTurned(std::exchange(m_page, page), page);
+        turnTo(page);
     updateButtons();
 }
 
-void BrevantoPhotoGalleryVC::pageTurned(int from, int to)
+void BrevantoPhotoGalleryVC::turnTo(int page)
 {
-    if (Platform::ScrollView *left = m_pages.value(from))
+    if (Platform::ScrollView *left = m_pages.value(std::exchange(m_page, page)))
         left->setZoomScale(1, true);
-    for (int index = 0; index < m_pages.size(); ++index) {
-        if (isNear(index, from) == isNear(index, to))
-            continue;
-        m_pages.at(index)->setHidden(!isNear(index, to));
-        imageViewAt(index)->setKeepsPixels(isNear(index, to));
-    }
+    showNearPages();
+    if (m_loader)
+        m_loader->setPage(page);
 }
 
 void BrevantoPhotoGalleryVC::updateButtons()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brevanto/GalleryImageLoader.h"
 #include "Brevanto/Model/BrevantoMatch.h"
 #include "Platform/Graphics/Image.h"
 #include "Platform/Interface/Button.h"
@@ -15,8 +16,9 @@
 class CatalogueButton;
 
 // The photo gallery: pages through the catalogue images of one match or, when it has none, through its gallery images.
-// A page can be zoomed and may carry a caption and a button that opens where the product is sold. All pages stand from
-// the start; their images arrive in any order, those near the page on show first. Only the pages near it hold pixels.
+// A page can be zoomed and may carry a caption and a button that opens where the product is sold. A page stands once it
+// is near the page on show, and shows pixels only while it is; the images arrive in any order. The arrow buttons reckon
+// with the images that have arrived, and follow each page turned and each arrival.
 class BrevantoPhotoGalleryVC : public Platform::ViewController, public Platform::ScrollViewDelegate
 {
     Q_OBJECT
@@ -27,6 +29,8 @@ public:
     // Tag of the image view of the first page; the others follow in the order of the images.
     static constexpr int firstImageViewTag = 2000;
     static constexpr int captionViewTag = 601;
+    // Of more images the first are shown.
+    static constexpr int mostImages = 1000;
 
     ~BrevantoPhotoGalleryVC() override;
 
@@ -43,19 +47,18 @@ public:
     qint64 layoutCount() const { return m_layoutCount; }
     bool areImagesLoadedOnce() const { return m_areImagesLoadedOnce; }
     // One entry for each image that has finished loading, in the order in which they finished: "image", and of those
-    // that succeeded also "caption" and "buyURL".
+    // that succeeded also "caption" and "buyURL". The image is null while it is let go because there are too many.
     QList<QVariantMap> galleryImageDictsArray() const { return m_galleryImageDictsArray; }
 
     void viewDidLoad() override;
     void viewDidLayoutSubviews() override;
-    bool goBack() override;
     // Closes the gallery.
     Q_INVOKABLE void navBarBackButtonAction();
 
-    // Builds the pages and asks for their images.
+    // Builds the pages anew and asks for their images, beginning with the page of that index.
     void loadGalleryViewWithCurrentIndex(int index);
     void loadPageControl();
-    // Shows what has been loaded on the page of that index.
+    // Shows what has been loaded on the page of that index, if it stands.
     void loadImageForGalleryAtIndex(int index, const QVariantMap &imageDict);
     // The strip with the text, in place of the one before; null, and no strip, when the text is blank.
     Platform::View *addCaptionViewAtBottomOfImageView(Platform::ImageView *imageView, const QString &captionText);
@@ -85,17 +88,18 @@ private:
 
     QRectF pageFrame(int index) const;
     void addPage(int index);
+    void showNearPages();
     void layOutPages();
     Platform::ImageView *imageViewAt(int index) const;
     // Above the strip when there is one.
     void addBuyButton(Platform::ImageView *imageView, const QString &buyURL, const Platform::View *strip);
 
-    void requestImages();
-    void request(int index);
+    void loadImages();
     void imageArrived(int index, const Platform::Image &image);
+    void imageReleased(int index);
 
     void scrollByPages(int count);
-    void pageTurned(int from, int to);
+    void turnTo(int page);
     void updateButtons();
 
     std::shared_ptr<BrevantoMatch> m_matchObject;
@@ -108,8 +112,8 @@ private:
     QList<QVariantMap> m_galleryImageDictsArray;
 
     QList<Item> m_items;
-    QList<Platform::ScrollView *> m_pages; // owned by the view
-    QList<int> m_waiting; // indices of the images that have not been asked for
-    int m_requestsUnderWay = 0;
+    QList<Platform::ScrollView *> m_pages; // owned by the view; null until a page stands
+    QHash<int, qsizetype> m_entries; // where in galleryImageDictsArray the image of an index is
+    std::unique_ptr<GalleryImageLoader> m_loader;
     int m_page = 0;
 };

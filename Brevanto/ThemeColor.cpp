@@ -2,13 +2,20 @@
 
 #include <QRegularExpression>
 
+#include <limits>
+
 QColor ThemeColor::parsed(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral("^\\s*(?:#|0x)*([0-9a-f]{1,8})(?![0-9a-f])"),
-                                            QRegularExpression::CaseInsensitiveOption);
-    const QRegularExpressionMatch match = pattern.match(text.left(64));
-    if (!match.hasMatch())
+    if (text.isEmpty())
         return QColor(0, 114, 187);
-    const quint32 value = match.captured(1).toUInt(nullptr, 16);
+    static const QRegularExpression pattern(QStringLiteral("^\\s*(?:#|0x)*([0-9a-f]+)"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    quint32 value = 0;
+    if (const QRegularExpressionMatch match = pattern.match(text.left(64)); match.hasMatch()) {
+        bool fits = false;
+        value = match.captured(1).toUInt(&fits, 16);
+        if (!fits)
+            value = std::numeric_limits<quint32>::max();
+    }
     return QColor((value >> 16) & 0xff, (value >> 8) & 0xff, value & 0xff);
 }

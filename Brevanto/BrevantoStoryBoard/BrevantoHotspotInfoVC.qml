@@ -59,6 +59,11 @@ View {
         height: 44
         backgroundColor: "black"
 
+        // All of the bar is the arrow's.
+        TapHandler {
+            gesturePolicy: TapHandler.WithinBounds
+            onTapped: root.controller.arrowButtonAction()
+        }
         RoundButton {
             id: arrowButton
 

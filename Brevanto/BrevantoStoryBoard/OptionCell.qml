@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Brevanto.Platform
+import Brevanto.StoryBoard
 
 // A row of an OptionList: an icon, where there is one, and a title.
 T.AbstractButton {
@@ -8,14 +9,14 @@ T.AbstractButton {
 
     required property int index
     required property string modelData
-    readonly property var screen: ListView.view.screen
+    readonly property OptionListController screen: (ListView.view as OptionList).screen
     readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
     readonly property alias titleLabel: label
     readonly property alias iconImageView: image
 
     objectName: "row" + index
     width: ListView.view.width
-    height: screen.heightForRow()
+    height: screen.rowHeight
     leftPadding: 16
     rightPadding: 16
     focusPolicy: Qt.NoFocus
@@ -38,8 +39,9 @@ T.AbstractButton {
             anchors.verticalCenter: parent.verticalCenter
             width: 24
             height: 24
-            visible: source.toString().length > 0
-            source: cell.screen.iconForRow(cell.index)
+            // A row whose icon is unknown keeps its place in line.
+            visible: cell.screen.iconUrls.length > 0
+            source: cell.screen.iconUrls[cell.index] ?? ""
             sourceSize: Qt.size(24, 24)
             fillMode: Image.PreserveAspectFit
         }

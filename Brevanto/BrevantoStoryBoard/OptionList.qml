@@ -1,12 +1,12 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import Brevanto.StoryBoard
 
-// The list of a controller that answers for its rows: titlesArray, iconForRow(), heightForRow(), didSelectRow() and the
-// heights of header and footer. Arrow keys walk through the rows, Return and Space choose the current one.
+// The list of an option screen. Arrow keys walk through the rows, Return and Space choose the current one.
 ListView {
     id: list
 
-    required property var screen
+    required property OptionListController screen
     // What a screen reader calls the list.
     property string name
 
@@ -26,10 +26,10 @@ ListView {
     }
 
     header: Item {
-        implicitHeight: list.screen.heightForHeader()
+        implicitHeight: list.screen.headerHeight
     }
     footer: Item {
-        implicitHeight: list.screen.heightForFooter()
+        implicitHeight: list.screen.footerHeight
     }
     Keys.onReturnPressed: screen.didSelectRow(currentIndex)
     Keys.onEnterPressed: screen.didSelectRow(currentIndex)

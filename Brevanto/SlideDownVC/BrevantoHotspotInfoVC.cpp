@@ -1,7 +1,5 @@
 #include "Brevanto/SlideDownVC/BrevantoHotspotInfoVC.h"
 
-#include "Brevanto/BrevantoBundle.h"
-
 void BrevantoHotspotInfoVC::connectOutlets()
 {
     m_dataTableView = outlet(QStringLiteral("dataTableView"));
@@ -31,27 +29,8 @@ void BrevantoHotspotInfoVC::initializePopOverActionSheet()
     Q_EMIT tableViewHeightConstraintChanged();
 }
 
-void BrevantoHotspotInfoVC::setTitlesArray(const QStringList &titles)
+void BrevantoHotspotInfoVC::rowSelected(int row)
 {
-    m_titlesArray = titles;
-    Q_EMIT contentsChanged();
-}
-
-void BrevantoHotspotInfoVC::setIconsArray(const QStringList &icons)
-{
-    m_iconsArray = icons;
-    Q_EMIT contentsChanged();
-}
-
-QUrl BrevantoHotspotInfoVC::iconForRow(int row) const
-{
-    return brevantoBundle().urlForImage(m_iconsArray.value(row));
-}
-
-void BrevantoHotspotInfoVC::didSelectRow(int row)
-{
-    if (row < 0 || row >= m_titlesArray.size())
-        return;
     if (m_hotspotInfoDelegate.get())
         m_hotspotInfoDelegate.get()->optionSelectedInActionSheetPopover(row);
 }

@@ -1,9 +1,7 @@
 #pragma once
 
+#include "Brevanto/OptionListController.h"
 #include "Platform/Interface/Delegate.h"
-#include "Platform/Interface/ViewController.h"
-
-#include <QStringList>
 
 // Told how the user leaves the legend. All operations are optional: they do nothing unless overridden.
 class BrevantoHotspotInfoDelegate
@@ -16,15 +14,19 @@ public:
 
 // The legend of the hotspot actions: a sheet with one row per kind of action over a transparent area. It reports every
 // touch to its delegate, which takes it away; it never dismisses itself.
-class BrevantoHotspotInfoVC : public Platform::ViewController
+class BrevantoHotspotInfoVC : public OptionListController
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The storyboard makes it")
-    Q_PROPERTY(QStringList titlesArray READ titlesArray WRITE setTitlesArray NOTIFY contentsChanged)
     Q_PROPERTY(qreal tableViewHeightConstraint READ tableViewHeightConstraint NOTIFY tableViewHeightConstraintChanged)
 
 public:
+    BrevantoHotspotInfoVC()
+        : OptionListController(heightForRow())
+    {
+    }
+
     QQuickItem *dataTableView() const { return m_dataTableView; }
     // The area around the sheet; a touch on it closes the sheet.
     Platform::View *transparentView() const { return m_transparentView; }
@@ -33,11 +35,6 @@ public:
     // Height of the list in points, from the row count; zero before the first layout pass.
     qreal tableViewHeightConstraint() const { return m_tableViewHeightConstraint; }
 
-    // Names of image assets, parallel to the titles.
-    QStringList iconsArray() const { return m_iconsArray; }
-    void setIconsArray(const QStringList &icons);
-    QStringList titlesArray() const { return m_titlesArray; }
-    void setTitlesArray(const QStringList &titles);
     void setHotspotInfoDelegate(const Platform::Delegate<BrevantoHotspotInfoDelegate> &delegate)
     {
         m_hotspotInfoDelegate = delegate;
@@ -49,31 +46,24 @@ public:
     void viewDidLayoutSubviews() override;
     void initializePopOverActionSheet();
 
-    // What the list asks. Lengths are in points.
-    Q_INVOKABLE int numberOfRowsInSection() const { return static_cast<int>(m_titlesArray.size()); }
-    Q_INVOKABLE static qreal heightForRow() { return 56; }
-    Q_INVOKABLE static qreal heightForHeader() { return 8; }
-    Q_INVOKABLE static qreal heightForFooter() { return 8; }
-    Q_INVOKABLE QUrl iconForRow(int row) const;
-    Q_INVOKABLE void didSelectRow(int row);
+    // In points.
+    static qreal heightForRow() { return 56; }
 
     Q_INVOKABLE void handleTapOnTransparentView();
     Q_INVOKABLE void arrowButtonAction();
 
 Q_SIGNALS:
-    void contentsChanged();
     void tableViewHeightConstraintChanged();
 
 protected:
     void connectOutlets() override;
+    void rowSelected(int row) override;
 
 private:
     QPointer<QQuickItem> m_dataTableView;
     QPointer<Platform::View> m_transparentView;
     qreal m_tableViewHeightConstraint = 0;
     QPointer<Platform::View> m_topView;
-    QStringList m_iconsArray;
-    QStringList m_titlesArray;
     Platform::Delegate<BrevantoHotspotInfoDelegate> m_hotspotInfoDelegate;
     qint64 m_layoutCount = 0;
 };

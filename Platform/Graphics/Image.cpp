@@ -184,6 +184,11 @@ ImageOrientation Image::orientation() const
     return d ? d->orientation : ImageOrientation::Up;
 }
 
+qint64 Image::byteCount() const
+{
+    return d ? d->encoded.size() + d->decoded.sizeInBytes() : 0;
+}
+
 QImage Image::bitmap(const QSize &size) const
 {
     if (!d || (size.isValid() && !isAcceptable(size)))

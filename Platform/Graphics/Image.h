@@ -42,6 +42,8 @@ public:
     QSize bitmapSize() const;
     qreal scale() const;
     ImageOrientation orientation() const;
+    // How much memory the image takes: its encoded bytes, or else its pixels.
+    qint64 byteCount() const;
 
     // The stored pixels, orientation not applied; decoded at `size` pixels when one is given (aspect ratio not kept).
     // Null when the bytes do not decode. Qt's allocation limit (QImageReader) holds: a very large image decodes only

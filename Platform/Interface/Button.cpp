@@ -28,12 +28,6 @@ void Button::setTitle(const QString &title)
     updateFace();
 }
 
-void Button::setTitleColor(const QColor &color)
-{
-    m_titleColor = color;
-    updateFace();
-}
-
 void Button::setImage(const Image &image)
 {
     // The picture shown so far is found under its identifier until the new address is set.
@@ -61,7 +55,7 @@ void Button::updateFace()
     const QColor readable = ground.alpha() > 0 && brightness > 0.6 ? Qt::black : Qt::white;
     m_face->setProperty("text", m_title);
     m_face->setProperty("name", accessibleName());
-    m_face->setProperty("titleColor", m_titleColor.isValid() ? m_titleColor : readable);
+    m_face->setProperty("titleColor", readable);
     m_face->setProperty("cornerRadius", cornerRadius());
     m_face->setProperty("imageSize", m_image.size());
     m_face->setProperty("imageOffset", m_imageOffset);

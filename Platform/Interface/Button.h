@@ -20,9 +20,8 @@ public:
     explicit Button(const QRectF &frame);
 
     QString title() const { return m_title; }
+    // Shown in black or white, whichever reads better on the background.
     void setTitle(const QString &title);
-    // Black or white, whichever reads better on the background, unless set.
-    void setTitleColor(const QColor &color);
 
     Image image() const { return m_image; }
     void setImage(const Image &image);
@@ -43,7 +42,6 @@ private:
     void updateFace();
 
     QString m_title;
-    QColor m_titleColor; // invalid: by the background
     Image m_image;
     QPointF m_imageOffset;
     QString m_accessibleName;

@@ -11,6 +11,7 @@ ImageView::ImageView(QQuickItem *parent)
     , m_picture(SceneEngine::makeItem(QStringLiteral("Picture"), this))
 {
     setUserInteractionEnabled(false);
+    connect(m_picture, SIGNAL(hasFailedChanged()), this, SLOT(reportFailure()), Qt::QueuedConnection);
 }
 
 ImageView::ImageView(const QRectF &frame)
@@ -48,6 +49,13 @@ void ImageView::setKeepsPixels(bool keeps)
 void ImageView::setDetail(qreal detail)
 {
     m_picture->setProperty("detail", detail);
+}
+
+void ImageView::reportFailure()
+{
+    // Another image may have been set meanwhile.
+    if (m_picture->property("hasFailed").toBool())
+        Q_EMIT imageFailed();
 }
 
 bool ImageView::isShowingImage() const

@@ -40,8 +40,12 @@ public:
 Q_SIGNALS:
     void imageChanged();
     void contentModeChanged();
+    // The image that is set does not decode. Told once the picture would be seen, after the current event.
+    void imageFailed();
 
 private:
+    Q_SLOT void reportFailure();
+
     Image m_image;
     ContentMode m_contentMode = ContentMode::ScaleToFill;
     bool m_keepsPixels = true;

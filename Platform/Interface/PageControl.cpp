@@ -22,7 +22,6 @@ void PageControl::setCurrentPage(int page)
 {
     m_currentPage = qBound(0, page, qMax(0, m_numberOfPages - 1));
     m_dots->setProperty("currentPage", m_currentPage);
-    Q_EMIT pagesChanged();
 }
 
 } // namespace Platform

@@ -11,8 +11,6 @@ class PageControl : public View
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int numberOfPages READ numberOfPages WRITE setNumberOfPages NOTIFY pagesChanged)
-    Q_PROPERTY(int currentPage READ currentPage WRITE setCurrentPage NOTIFY pagesChanged)
 
 public:
     explicit PageControl(QQuickItem *parent = nullptr);
@@ -22,9 +20,6 @@ public:
     // From 0; kept inside the pages.
     int currentPage() const { return m_currentPage; }
     void setCurrentPage(int page);
-
-Q_SIGNALS:
-    void pagesChanged();
 
 private:
     int m_numberOfPages = 0;

@@ -85,14 +85,14 @@ QPointF tipOf(const QRectF &frame, const QPointF &target, PopoverArrowDirection 
 } // namespace
 
 PopoverPlacement PopoverPlacement::beside(const QRectF &anchor, const QRectF &area, const QSizeF &contentSize,
-                                          int permittedArrowDirections)
+                                          PopoverArrowDirections permittedArrowDirections)
 {
     const QRectF inner = area.adjusted(margin, margin, -margin, -margin);
     PopoverArrowDirection chosen = None;
     QRectF chosenRoom;
     qreal mostShown = 0;
     for (const PopoverArrowDirection direction : inOrderOfPreference) {
-        if (!(permittedArrowDirections & static_cast<int>(direction)))
+        if (!(permittedArrowDirections & direction))
             continue;
         const QRectF room = roomBeside(anchor, inner, direction);
         const QSizeF shown = contentSize.boundedTo(room.size());

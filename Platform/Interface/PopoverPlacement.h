@@ -1,13 +1,16 @@
 #pragma once
 
+#include <QFlags>
 #include <QPointF>
 #include <QRectF>
 
 namespace Platform
 {
 
-// Where the arrow of a popover points; a mask is any of them together.
+// Where the arrow of a popover points.
 enum class PopoverArrowDirection { None = 0, Up = 1, Down = 2, Left = 4, Right = 8, Any = 15 };
+Q_DECLARE_FLAGS(PopoverArrowDirections, PopoverArrowDirection)
+Q_DECLARE_OPERATORS_FOR_FLAGS(PopoverArrowDirections)
 
 // Where a popover stands. Lengths are in points, all in the coordinates of the area that it has for itself.
 struct PopoverPlacement {
@@ -24,7 +27,7 @@ struct PopoverPlacement {
     // When none does, on the side that shows most of them. Without room on any side the popover covers the anchor and
     // has no arrow.
     static PopoverPlacement beside(const QRectF &anchor, const QRectF &area, const QSizeF &contentSize,
-                                   int permittedArrowDirections);
+                                   PopoverArrowDirections permittedArrowDirections);
 };
 
 } // namespace Platform

@@ -27,6 +27,12 @@ QPointF PopoverPresentationController::arrowVector() const
     }
 }
 
+void PopoverPresentationController::setBackgroundColor(const QColor &color)
+{
+    m_backgroundColor = color;
+    Q_EMIT backgroundColorChanged();
+}
+
 QColor PopoverPresentationController::arrowColor() const
 {
     return m_backgroundColor.alpha() > 0 || !m_presented ? m_backgroundColor : m_presented->view()->backgroundColor();

@@ -29,8 +29,8 @@ class PopoverPresentationController : public QObject
     Q_PROPERTY(QPointF arrowTip READ arrowTip NOTIFY placementChanged)
     Q_PROPERTY(QPointF arrowVector READ arrowVector NOTIFY placementChanged)
     Q_PROPERTY(qreal cornerRadius READ cornerRadius CONSTANT)
-    Q_PROPERTY(QColor backgroundColor READ backgroundColor CONSTANT)
-    Q_PROPERTY(QColor arrowColor READ arrowColor CONSTANT)
+    Q_PROPERTY(QColor backgroundColor READ backgroundColor NOTIFY backgroundColorChanged)
+    Q_PROPERTY(QColor arrowColor READ arrowColor NOTIFY backgroundColorChanged)
 
 public:
     explicit PopoverPresentationController(ViewController *presented);
@@ -39,13 +39,10 @@ public:
     void setSourceView(View *sourceView) { m_sourceView = sourceView; }
     void setSourceRect(const QRectF &sourceRect) { m_sourceRect = sourceRect; }
     // Any unless set.
-    void setPermittedArrowDirections(PopoverArrowDirection directions)
-    {
-        m_permittedArrowDirections = static_cast<int>(directions);
-    }
+    void setPermittedArrowDirections(PopoverArrowDirections directions) { m_permittedArrowDirections = directions; }
     // Behind the contents and on the arrow; white unless set. A transparent one leaves the contents' own, there too.
     QColor backgroundColor() const { return m_backgroundColor; }
-    void setBackgroundColor(const QColor &color) { m_backgroundColor = color; }
+    void setBackgroundColor(const QColor &color);
     void setDelegate(const Delegate<PopoverPresentationControllerDelegate> &delegate) { m_delegate = delegate; }
 
     // Where the popover stands now, in the window. The vector is the arrow's direction, of length 1; zero without one.
@@ -58,6 +55,7 @@ public:
 
 Q_SIGNALS:
     void placementChanged();
+    void backgroundColorChanged();
 
 private:
     friend class PopoverTransition;
@@ -70,7 +68,7 @@ private:
     QPointer<ViewController> m_presented;
     QPointer<View> m_sourceView;
     QRectF m_sourceRect;
-    int m_permittedArrowDirections = static_cast<int>(PopoverArrowDirection::Any);
+    PopoverArrowDirections m_permittedArrowDirections = PopoverArrowDirection::Any;
     QColor m_backgroundColor = Qt::white;
     Delegate<PopoverPresentationControllerDelegate> m_delegate;
     PopoverPlacement m_placement;

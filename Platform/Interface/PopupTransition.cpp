@@ -22,11 +22,6 @@ void PopupTransition::attach(View *scene, Window *window)
     connect(m_popup, SIGNAL(closed()), this, SLOT(finish()));
 }
 
-View *PopupTransition::layerOf(Window *window)
-{
-    return window->layer();
-}
-
 void PopupTransition::show(bool animated, std::function<void()> done)
 {
     run("open", animated, std::move(done));

@@ -26,7 +26,6 @@ protected:
     // Puts such a scene's root into the window, as large as that is.
     void attach(View *scene, Window *window);
     View *scene() const { return m_scene; }
-    static View *layerOf(Window *window);
 
 private:
     Q_SLOT void finish();

@@ -2,8 +2,6 @@
 
 #include "Platform/Interface/SceneEngine.h"
 
-#include <utility>
-
 namespace Platform
 {
 
@@ -28,6 +26,11 @@ ScrollView::ScrollView(const QRectF &frame)
     setFrame(frame);
 }
 
+ScrollView::~ScrollView()
+{
+    letGo();
+}
+
 void ScrollView::setContentSize(const QSizeF &size)
 {
     m_contentSize = size;
@@ -39,6 +42,11 @@ QPointF ScrollView::contentOffset() const
     return {m_scene && m_isPagingEnabled ? m_scene->property("offset").toReal() : m_page * width(), 0};
 }
 
+QPointF ScrollView::restingOffset() const
+{
+    return {(m_scene && m_isPagingEnabled ? m_scene->property("currentIndex").toInt() : m_page) * width(), 0};
+}
+
 void ScrollView::setContentOffset(const QPointF &offset, bool animated)
 {
     const int last = width() > 0 ? qMax(0, qRound(m_contentSize.width() / width()) - 1) : 0;
@@ -47,18 +55,6 @@ void ScrollView::setContentOffset(const QPointF &offset, bool animated)
         QMetaObject::invokeMethod(m_scene, "showPage", Q_ARG(int, m_page), Q_ARG(bool, animated));
     else
         reportScroll();
-}
-
-void ScrollView::setPagingEnabled(bool enabled)
-{
-    if (m_isPagingEnabled == enabled)
-        return;
-    m_isPagingEnabled = enabled;
-    if (!m_scene)
-        return;
-    m_content->setParentItem(this);
-    delete std::exchange(m_scene, nullptr);
-    makeScene();
 }
 
 void ScrollView::setScrollEnabled(bool enabled)
@@ -129,8 +125,8 @@ void ScrollView::makeScene()
     m_scene =
         SceneEngine::makeItem(name, this, {{QStringLiteral("content"), QVariant::fromValue<QQuickItem *>(m_content)}});
     updateScene();
-    connect(m_scene, SIGNAL(tapped()), this, SIGNAL(tapped()));
     if (m_isPagingEnabled) {
+        connect(m_scene, SIGNAL(tapped()), this, SIGNAL(tapped()));
         connect(m_scene, SIGNAL(dragStarted()), this, SLOT(beginDrag()));
         setContentOffset({m_page * width(), 0}, false);
         connect(m_scene, SIGNAL(offsetChanged()), this, SLOT(reportScroll()));
@@ -145,7 +141,7 @@ void ScrollView::updateScene()
 {
     if (!m_scene)
         return;
-    m_scene->setProperty("scrolls", m_isScrollEnabled && !m_isHeld);
+    m_scene->setProperty("scrolls", m_isScrollEnabled && m_holders == 0);
     m_scene->setProperty("pressDelay", m_delaysContentTouches ? touchDelay : 0);
     m_scene->setProperty("accessibleName", m_accessibleName);
     if (m_isPagingEnabled) {
@@ -186,15 +182,26 @@ void ScrollView::endZoom()
 
 void ScrollView::holdAround()
 {
-    const bool held = m_scene->property("isHolding").toBool();
-    for (QQuickItem *around = parentItem(); around; around = around->parentItem()) {
-        auto *outer = qobject_cast<ScrollView *>(around);
-        if (!outer)
-            continue;
-        if (std::exchange(outer->m_isHeld, held) != held)
-            outer->updateScene();
+    letGo();
+    if (!m_scene->property("isHolding").toBool())
         return;
-    }
+    for (QQuickItem *around = parentItem(); around && !m_held; around = around->parentItem())
+        m_held = qobject_cast<ScrollView *>(around);
+    if (m_held)
+        m_held->addHolders(1);
+}
+
+void ScrollView::letGo()
+{
+    if (m_held)
+        m_held->addHolders(-1);
+    m_held = nullptr;
+}
+
+void ScrollView::addHolders(int count)
+{
+    m_holders += count;
+    updateScene();
 }
 
 } // namespace Platform

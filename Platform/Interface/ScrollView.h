@@ -38,6 +38,7 @@ class ScrollView : public View
 public:
     explicit ScrollView(QQuickItem *parent = nullptr);
     explicit ScrollView(const QRectF &frame);
+    ~ScrollView() override;
 
     // What is to be shown goes into this view. In a scroll view that zooms it is as large as the scroll view.
     View *contentView() const { return m_content; }
@@ -46,14 +47,16 @@ public:
     QSizeF contentSize() const { return m_contentSize; }
     void setContentSize(const QSizeF &size);
 
-    // Of the content that pages: what is at the left edge, while it moves by itself what will be there.
+    // Of the content that pages: what is at the left edge, on the way too.
     QPointF contentOffset() const;
+    // Where the content will be once it does not move any more by itself.
+    QPointF restingOffset() const;
     // To the page nearest to `offset`; the delegate is told.
     void setContentOffset(const QPointF &offset, bool animated);
 
-    // False unless set.
+    // False unless set, which is to be done before the view is visible for the first time.
     bool isPagingEnabled() const { return m_isPagingEnabled; }
-    void setPagingEnabled(bool enabled);
+    void setPagingEnabled(bool enabled) { m_isPagingEnabled = enabled; }
     // True unless set otherwise.
     bool isScrollEnabled() const { return m_isScrollEnabled; }
     void setScrollEnabled(bool enabled);
@@ -78,7 +81,7 @@ public:
     void setAccessibleName(const QString &name);
 
 Q_SIGNALS:
-    // A single tap that no control in the content took.
+    // A single tap, on content that pages, that no control in it took.
     void tapped();
 
 protected:
@@ -92,6 +95,8 @@ private:
     Q_SLOT void beginDrag();
     Q_SLOT void reportScroll();
     Q_SLOT void holdAround();
+    void letGo();
+    void addHolders(int count);
     Q_SLOT void endZoom();
 
     View *m_content;
@@ -102,7 +107,8 @@ private:
     bool m_isPagingEnabled = false;
     bool m_isScrollEnabled = true;
     bool m_delaysContentTouches = true;
-    bool m_isHeld = false; // by content that is zoomed or being zoomed
+    int m_holders = 0; // scroll views inside that are zoomed or being zoomed
+    QPointer<ScrollView> m_held; // the one around, while this one holds it
     qreal m_minimumZoomScale = 1;
     qreal m_maximumZoomScale = 1;
     QString m_accessibleName;

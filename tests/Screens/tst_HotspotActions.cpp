@@ -379,6 +379,7 @@ void tst_HotspotActions::explainsTheActions_data()
     QTest::addColumn<QString>("touched");
     QTest::newRow("a row") << QStringLiteral("row2");
     QTest::newRow("the arrow") << QStringLiteral("arrowButton");
+    QTest::newRow("the bar beside the arrow") << QStringLiteral("topView");
     QTest::newRow("the area around") << QStringLiteral("transparentView");
     QTest::newRow("back") << QString();
 }
@@ -409,6 +410,8 @@ void tst_HotspotActions::explainsTheActions()
         QTest::keyClick(m_window->window(), Qt::Key_Escape);
     else if (touched == QStringLiteral("transparentView"))
         m_window->tap(marker(0));
+    else if (touched == QStringLiteral("topView"))
+        m_window->tap(QPointF(40, 40));
     else
         m_window->tap(item(touched));
     QTRY_VERIFY(!item(QStringLiteral("topView")));

@@ -58,7 +58,8 @@ private Q_SLOTS:
     void addressesGets_data();
     void addressesGets();
     void completesOnTheSessionThread();
-    void limitsWhatIsParsed();
+    void limitsAnswers_data();
+    void limitsAnswers();
     void takesTheBodyOfAnyStatus();
     void failsWithTheTransportError_data();
     void failsWithTheTransportError();
@@ -254,21 +255,32 @@ void tst_ServerCalls::completesOnTheSessionThread()
                              "&longUrl=http%3A%2F%2Flong%2F%3Fa+b"));
 }
 
-// A picture may be larger than an answer that has to be parsed.
-void tst_ServerCalls::limitsWhatIsParsed()
+void tst_ServerCalls::limitsAnswers_data()
 {
-    constexpr qsizetype limit = 8 * 1024 * 1024;
-    m_server->setHandler([](const RawServer::Request &request) {
-        const bool isUpload = request.method == "POST";
-        return RawServer::Answer{
-            .body =
-                (isUpload ? metaAnswer : TestImages::png(TestImages::quarters({4, 2}))).leftJustified(limit + 1, ' ')};
-    });
-    m_manager->postCapturedImageData("jpeg", m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
-                                     m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls(), QStringList{QStringLiteral("failure TooLarge")});
-    m_manager->getImage(m_server->url(), m_recorder->completion<Platform::Image>(), m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls().value(1), QStringLiteral("completion image 4x2"));
+    QTest::addColumn<bool>("isImage");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QString>("call");
+    constexpr int mebibyte = 1024 * 1024;
+    QTest::newRow("what is parsed") << false << 8 * mebibyte << QStringLiteral("completion groups [1]");
+    QTest::newRow("too much to parse") << false << 8 * mebibyte + 1 << QStringLiteral("failure TooLarge");
+    QTest::newRow("picture") << true << 16 * mebibyte << QStringLiteral("completion image 4x2");
+    QTest::newRow("picture too large") << true << 16 * mebibyte + 1 << QStringLiteral("failure TooLarge");
+}
+
+void tst_ServerCalls::limitsAnswers()
+{
+    QFETCH(bool, isImage);
+    QFETCH(int, size);
+    const QByteArray body = isImage ? TestImages::png(TestImages::quarters({4, 2}))
+                                    : QByteArray(R"({"status":{"code":0},"matches":[{"app_img":"a"}]})");
+    m_server->setAnswer({.body = body.leftJustified(size, ' ')});
+    if (isImage)
+        m_manager->getImage(m_server->url(), m_recorder->completion<Platform::Image>(), m_recorder->failure());
+    else
+        m_manager->postCapturedImageData("jpeg", m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
+                                         m_recorder->failure());
+    QTRY_COMPARE(m_recorder->calls().size(), 1);
+    QTEST(m_recorder->calls().constFirst(), "call");
 }
 
 void tst_ServerCalls::takesTheBodyOfAnyStatus()

@@ -1,7 +1,7 @@
 import QtQuick
-import QtQuick.Controls.Basic
 
-// The dots of a page control. A row too long for the view is cut: it follows the page, and its ends taper off.
+// The dots of a page control. A row too long for the view is cut: it follows the page, and its ends taper off. Only the
+// dots that are seen exist.
 Item {
     id: root
 
@@ -19,52 +19,50 @@ Item {
     Accessible.role: Accessible.Indicator
     Accessible.name: qsTr("Page %1 of %2").arg(currentPage + 1).arg(count)
 
-    Item {
+    ListView {
         anchors.centerIn: parent
         width: root.shown * root.pitch
-        height: parent.height
+        height: root.pitch
         clip: root.shown < root.count
+        orientation: ListView.Horizontal
+        interactive: false
+        cacheBuffer: 0
+        model: root.count
+        contentX: root.first * root.pitch
+        delegate: Item {
+            id: dot
 
-        PageIndicator {
-            x: -root.first * root.pitch
-            anchors.verticalCenter: parent.verticalCenter
-            padding: 0
-            spacing: 0
-            count: root.count
-            currentIndex: root.currentPage
-            delegate: Item {
-                id: dot
+            required property int index
+            // How far from where the row is cut.
+            readonly property int fromStart: root.first === 0 ? 2 : index - root.first
+            readonly property int fromEnd: root.first + root.shown === root.count ? 2 : root.first + root.shown - 1 - index
+            readonly property int fromCut: Math.min(fromStart, fromEnd)
 
-                required property int index
-                readonly property int fromEnd: Math.min(index - root.first, root.first + root.shown - 1 - index)
-                readonly property bool isCut: root.shown < root.count && index !== 0 && index !== root.count - 1
+            width: root.pitch
+            height: root.pitch
 
-                implicitWidth: root.pitch
-                implicitHeight: root.pitch
+            Rectangle {
+                anchors.centerIn: parent
+                width: 8
+                height: 8
+                radius: 4
+                color: "white"
+                border.width: 1
+                border.color: "#40000000"
+                opacity: dot.index === root.currentPage ? 1 : 0.45
+                scale: dot.fromCut > 1 ? 1 : dot.fromCut === 1 ? 0.75 : dot.fromCut === 0 ? 0.5 : 0
 
-                Rectangle {
-                    anchors.centerIn: parent
-                    width: 8
-                    height: 8
-                    radius: 4
-                    color: "white"
-                    border.width: 1
-                    border.color: "#40000000"
-                    opacity: dot.index === root.currentPage ? 1 : 0.45
-                    scale: !dot.isCut || dot.fromEnd > 1 ? 1 : dot.fromEnd === 1 ? 0.75 : dot.fromEnd === 0 ? 0.5 : 0
-
-                    Behavior on opacity {
-                        NumberAnimation { duration: 150 }
-                    }
-                    Behavior on scale {
-                        NumberAnimation { duration: 150 }
-                    }
+                Behavior on opacity {
+                    NumberAnimation { duration: 150 }
+                }
+                Behavior on scale {
+                    NumberAnimation { duration: 150 }
                 }
             }
+        }
 
-            Behavior on x {
-                NumberAnimation { duration: 200; easing.type: Easing.OutQuad }
-            }
+        Behavior on contentX {
+            NumberAnimation { duration: 200; easing.type: Easing.OutQuad }
         }
     }
 }

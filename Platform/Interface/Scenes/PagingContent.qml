@@ -8,8 +8,11 @@ ListView {
     property int pageCount: 0
     property bool scrolls: true
     property string accessibleName
-    // Of the content at the left edge; while it moves by itself, where it is going.
-    readonly property real offset: moving ? contentX - contentOrigin : Math.max(0, currentIndex) * width
+    // Whether the content moves by itself to the current page.
+    property bool gliding: false
+    // Of the content at the left edge. At rest it is reckoned: the list's own follows a new width with delay.
+    readonly property real offset: moving || gliding ? contentX - contentOrigin : restingX
+    readonly property real restingX: Math.max(0, currentIndex) * width
     // Where the list, which reckons with estimates, has its first page.
     readonly property real contentOrigin: currentItem ? currentItem.x - currentIndex * width : 0
 
@@ -19,13 +22,21 @@ ListView {
         cancelFlick()
         highlightMoveDuration = animated ? 300 : 0
         currentIndex = page
+        gliding = animated && !isAtRest()
         if (!animated) {
             positionViewAtIndex(page, ListView.Beginning)
             highlightMoveDuration = 300
         }
     }
 
+    function isAtRest(): bool {
+        return Math.abs(contentX - contentOrigin - restingX) < 0.5
+    }
+
     anchors.fill: parent
+    onContentXChanged: if (gliding && isAtRest()) gliding = false
+    onMovementStarted: gliding = false
+    onWidthChanged: gliding = false
     interactive: scrolls
     orientation: ListView.Horizontal
     snapMode: ListView.SnapOneItem

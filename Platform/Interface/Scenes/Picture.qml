@@ -11,6 +11,7 @@ Item {
     property bool keepsPixels: true
     property real detail: 1
     readonly property bool isReady: picture.status === Image.Ready
+    readonly property bool hasFailed: picture.status === Image.Error
     readonly property bool isFit: contentMode === 1
     readonly property bool isFill: contentMode === 2
     readonly property bool isCentred: contentMode === 4

@@ -21,7 +21,6 @@ Flickable {
     property point anchorInContent
     property point anchorInView
 
-    signal tapped
     signal zoomEnded
 
     function limited(value: real): real {
@@ -104,7 +103,6 @@ Flickable {
         }
     }
     TapHandler {
-        onSingleTapped: area.tapped()
         onDoubleTapped: eventPoint => {
             area.anchorAt(area.mapFromItem(null, eventPoint.scenePosition))
             area.glide(area.zoom > area.minimumZoom ? area.minimumZoom : area.maximumZoom, true)
