@@ -12,6 +12,8 @@
 #include "Platform/Foundation/Log.h"
 #include "Platform/Interface/SystemFont.h"
 
+#include <QQuickWindow>
+
 namespace
 {
 
@@ -383,6 +385,14 @@ void BrevantoPhotoGalleryVC::updateButtons()
     const qsizetype loaded = m_galleryImageDictsArray.size();
     if (loaded <= 1)
         return;
-    m_prevButton->setHidden(m_page == 0);
-    m_nextButton->setHidden(m_page > 0 && m_page == loaded - 1);
+    setArrowHidden(m_prevButton, m_page == 0);
+    setArrowHidden(m_nextButton, m_page > 0 && m_page == loaded - 1);
+}
+
+void BrevantoPhotoGalleryVC::setArrowHidden(Platform::Button *arrow, bool hidden)
+{
+    // The keys go on turning pages, and do not press whatever control comes next.
+    if (hidden && arrow->window() && arrow->isAncestorOf(arrow->window()->activeFocusItem()))
+        m_imagesScrollView->forceActiveFocus();
+    arrow->setHidden(hidden);
 }

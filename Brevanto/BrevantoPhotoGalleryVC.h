@@ -101,6 +101,7 @@ private:
     void scrollByPages(int count);
     void turnTo(int page);
     void updateButtons();
+    void setArrowHidden(Platform::Button *arrow, bool hidden);
 
     std::shared_ptr<BrevantoMatch> m_matchObject;
     QPointer<Platform::ScrollView> m_imagesScrollView;
