@@ -46,6 +46,13 @@ BrevantoWebVC::BrevantoWebVC(const QString &urlString)
     updateToolbarItems();
 }
 
+// The page goes later, and tells of its end.
+BrevantoWebVC::~BrevantoWebVC()
+{
+    if (m_webview)
+        m_webview->disconnect(this);
+}
+
 void BrevantoWebVC::viewDidLoad()
 {
     ViewController::viewDidLoad();
@@ -56,6 +63,7 @@ void BrevantoWebVC::viewDidLoad()
     connect(m_webview, &Platform::WebView::didStartLoad, this, &BrevantoWebVC::webViewDidStartLoad);
     connect(m_webview, &Platform::WebView::didFinishLoad, this, &BrevantoWebVC::webViewDidFinishLoad);
     connect(m_webview, &Platform::WebView::didFailLoad, this, &BrevantoWebVC::webViewDidFailLoad);
+    connect(m_webview, &Platform::WebView::historyChanged, this, &BrevantoWebVC::checkButtonAction);
     view()->addSubview(m_webview);
     if (m_urlString.isNull()) {
         m_webview->loadHtml(m_htmlString);
@@ -164,8 +172,12 @@ void BrevantoWebVC::endSpinner()
 
 void BrevantoWebVC::checkButtonAction()
 {
-    m_back.enabled = m_webview->canGoBack();
-    m_fwd.enabled = m_webview->canGoForward();
+    const bool canGoBack = m_webview->canGoBack();
+    const bool canGoForward = m_webview->canGoForward();
+    if (m_back.enabled == canGoBack && m_fwd.enabled == canGoForward)
+        return;
+    m_back.enabled = canGoBack;
+    m_fwd.enabled = canGoForward;
     updateToolbarItems();
 }
 
@@ -180,13 +192,17 @@ void BrevantoWebVC::updateToolbarItems()
 
 bool BrevantoWebVC::goBack()
 {
-    if (!m_webview->canGoBack()) {
+    if (m_webview->canGoBack())
+        goToPageBefore();
+    else
         closeMVC();
-        return true;
-    }
+    return true;
+}
+
+void BrevantoWebVC::goToPageBefore()
+{
     m_webview->goBack();
     checkButtonAction();
-    return true;
 }
 
 void BrevantoWebVC::goFwd()
@@ -231,7 +247,7 @@ BarButtonItem BrevantoWebVC::closeButton()
 
 BarButtonItem BrevantoWebVC::backButton()
 {
-    BarButtonItem button = iconButton(BrevantoUtils::backArrowCGImageRef(), tr("Back"), [this] { goBack(); });
+    BarButtonItem button = iconButton(BrevantoUtils::backArrowCGImageRef(), tr("Back"), [this] { goToPageBefore(); });
     button.enabled = false;
     return button;
 }

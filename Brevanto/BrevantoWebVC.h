@@ -16,6 +16,7 @@ class BrevantoWebVC : public Platform::ViewController
 public:
     // Null: shows htmlString, and there is nothing to hand to the browser.
     static std::unique_ptr<BrevantoWebVC> initWithUrlString(const QString &urlString);
+    ~BrevantoWebVC() override;
 
     const Platform::BarButtonItem &safari() const { return m_safari; }
     const Platform::BarButtonItem &close() const { return m_close; }
@@ -49,8 +50,9 @@ public:
 
     // Sets the back and forward buttons by where the web view can go.
     void checkButtonAction();
-    // To the page before; the back key leaves the viewer from the first page.
+    // The back key: to the page before, and from the first one out of the viewer.
     bool goBack() override;
+    void goToPageBefore();
     void goFwd();
     void refresh();
     // Asks whether the system's browser shall open the page, and has it do so.

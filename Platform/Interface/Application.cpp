@@ -1,5 +1,7 @@
 #include "Platform/Interface/Window.h"
 
+#include "Platform/Network/WebAddress.h"
+
 #include <QDesktopServices>
 #include <QUrl>
 
@@ -100,8 +102,8 @@ bool canOpenURL(const QUrl &url)
     bool isAddressed = false;
     if (scheme == QStringLiteral("tel"))
         isAddressed = url.host().isEmpty() && hasDigit(url.path());
-    else if (scheme == QStringLiteral("http") || scheme == QStringLiteral("https"))
-        isAddressed = !url.host().isEmpty();
+    else
+        isAddressed = isWebAddress(url);
     return url.isValid() && isAddressed && urlOpener().canOpen(url);
 }
 

@@ -4,6 +4,7 @@
 #include "Platform/Foundation/Exception.h"
 #include "Platform/Foundation/Log.h"
 #include "Platform/Interface/SceneEngine.h"
+#include "Platform/Network/WebAddress.h"
 
 #if !defined(Q_OS_ANDROID) && !defined(Q_OS_IOS)
 #include <QOpenGLContext>
@@ -52,8 +53,7 @@ void WebView::showUnavailable(const QString &reason)
 
 bool WebView::isLoadable(const QUrl &url)
 {
-    return url.isValid() && !url.host().isEmpty()
-        && (url.scheme() == QLatin1StringView("http") || url.scheme() == QLatin1StringView("https"));
+    return isWebAddress(url);
 }
 
 void WebView::loadRequest(const QUrl &url)
@@ -72,8 +72,10 @@ void WebView::loadRequest(const QUrl &url)
 void WebView::loadHtml(const QString &html)
 {
     m_url.clear();
+    // Engines say nothing about the loading of an empty text.
+    const QString page = html.isEmpty() ? QStringLiteral("<html></html>") : html;
     if (m_page)
-        QMetaObject::invokeMethod(m_page, "loadHtml", Q_ARG(QString, html));
+        QMetaObject::invokeMethod(m_page, "loadHtml", Q_ARG(QString, page));
     else
         fail(QStringLiteral("Web pages cannot be shown"));
 }

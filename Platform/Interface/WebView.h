@@ -8,7 +8,8 @@ namespace Platform
 {
 
 // Shows web pages. Only http and https addresses are loaded, whoever asks for others: the application, a page's links
-// or its scripts. Where pages cannot be shown (the Qt WebView module is not installed, or on desktops the host has not
+// or its scripts. (The phones' own engines tell of an address only once it loads: there it is stopped then, and what a
+// page's frames load is not seen.) Where pages cannot be shown (the Qt WebView module is not installed, or on desktops the host has not
 // called QtWebView::initialize() before it made its application object) the view says so and each load fails.
 // For the main thread only.
 class WebView : public View
@@ -45,6 +46,8 @@ Q_SIGNALS:
     void didFinishLoad();
     // No page came, or the address is none that is loaded. Never from within loadRequest().
     void didFailLoad(const QString &reason);
+    // canGoBack() or canGoForward() may have changed.
+    void historyChanged();
 
 private:
     void fail(const QString &reason);

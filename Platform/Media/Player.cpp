@@ -2,10 +2,14 @@
 
 #include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/Network/WebAddress.h"
 
 #include <QMediaMetaData>
 
 #include <algorithm>
+#include <utility>
+
+using namespace std::chrono_literals;
 
 namespace Platform
 {
@@ -39,8 +43,16 @@ Player::Player(const QUrl &url)
     connect(&m_player, &QMediaPlayer::metaDataChanged, this, &Player::changed);
     connect(&m_audio, &QAudioOutput::mutedChanged, this, &Player::changed);
 
-    const bool isWeb = url.scheme() == QLatin1StringView("http") || url.scheme() == QLatin1StringView("https");
-    if (isWeb && url.isValid() && !url.host().isEmpty())
+    // Clips play in real time, whatever the application's clock says.
+    m_progressTimer.setInterval(1s);
+    connect(&m_progressTimer, &QTimer::timeout, this, &Player::checkProgress);
+    connect(this, &Player::changed, this, [this] {
+        if (!isPlaying())
+            m_progressTimer.stop();
+        else if (!m_progressTimer.isActive())
+            m_progressTimer.start();
+    });
+    if (isWebAddress(url))
         m_player.setSource(url);
     else
         fail(tr("Its address is not one that can be played."));
@@ -51,7 +63,6 @@ Player::~Player()
     // From here on nothing is to be reported.
     m_player.disconnect(this);
     m_audio.disconnect(this);
-    m_player.stop();
 }
 
 void Player::play()
@@ -94,7 +105,8 @@ bool Player::isPlaying() const
 bool Player::isWaiting() const
 {
     const QMediaPlayer::MediaStatus status = m_player.mediaStatus();
-    return m_errorText.isEmpty() && (status == QMediaPlayer::LoadingMedia || status == QMediaPlayer::StalledMedia);
+    return m_errorText.isEmpty()
+        && (status == QMediaPlayer::LoadingMedia || status == QMediaPlayer::StalledMedia || m_isStuck);
 }
 
 bool Player::hasSoundOnly() const
@@ -130,7 +142,18 @@ void Player::fail(const QString &text)
     if (!m_errorText.isEmpty())
         return;
     m_errorText = text;
+    // What was there of a broken clip would play on. Later, for the backend is just telling of the fault.
+    DispatchQueue::mainAsync(this, [this] { m_player.pause(); });
     Q_EMIT changed();
+}
+
+// A backend that runs out of data in the middle of a clip does not always say so.
+void Player::checkProgress()
+{
+    const bool isStuck = isPlaying() && position() == m_lastPosition;
+    m_lastPosition = position();
+    if (std::exchange(m_isStuck, isStuck) != isStuck)
+        Q_EMIT changed();
 }
 
 } // namespace Platform

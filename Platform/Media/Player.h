@@ -3,6 +3,7 @@
 #include <QAudioOutput>
 #include <QMediaPlayer>
 #include <QObject>
+#include <QTimer>
 #include <QUrl>
 #include <QtQmlIntegration>
 
@@ -69,11 +70,15 @@ Q_SIGNALS:
 private:
     void statusChanged(QMediaPlayer::MediaStatus status);
     void fail(const QString &text);
+    void checkProgress();
 
     QUrl m_url;
     QAudioOutput m_audio;
     QMediaPlayer m_player;
     QString m_errorText;
+    QTimer m_progressTimer;
+    qint64 m_lastPosition = -1;
+    bool m_isStuck = false;
 };
 
 } // namespace Platform

@@ -41,8 +41,22 @@ std::unique_ptr<View> PlayerViewController::loadView()
 void PlayerViewController::keepControls()
 {
     setControlsShown(true);
-    Clock::current().after(controlsTime, this, [this, action = ++m_actions] {
-        if (action == m_actions && mayHideControls())
+    m_controlsEnd = Clock::current().now() + controlsTime;
+    if (!std::exchange(m_isControlsEndAwaited, true))
+        awaitControlsEnd(controlsTime);
+}
+
+// One wait at a time, however many movements of a mouse there are.
+void PlayerViewController::awaitControlsEnd(std::chrono::milliseconds time)
+{
+    Clock::current().after(time, this, [this] {
+        const auto left = m_controlsEnd - Clock::current().now();
+        if (left > 0ms) {
+            awaitControlsEnd(left);
+            return;
+        }
+        m_isControlsEndAwaited = false;
+        if (mayHideControls())
             setControlsShown(false);
     });
 }

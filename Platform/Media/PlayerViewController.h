@@ -49,13 +49,15 @@ protected:
 
 private:
     void setControlsShown(bool shown);
+    void awaitControlsEnd(std::chrono::milliseconds time);
     bool mayHideControls() const { return m_player->isPlaying() && m_player->hasVideo() && !m_player->isWaiting(); }
 
     Player *m_player = nullptr; // a child, which goes after the scene
     bool m_showsPlaybackControls = true;
     bool m_controlsShown = true;
     bool m_couldHideControls = false;
-    int m_actions = 0; // what the user did so far
+    bool m_isControlsEndAwaited = false;
+    std::chrono::milliseconds m_controlsEnd{0}; // by the clock
 };
 
 } // namespace Platform

@@ -1,6 +1,7 @@
 #include "Platform/Network/URLSessionTask.h"
 
 #include "Platform/Foundation/Clock.h"
+#include "Platform/Network/WebAddress.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
@@ -21,14 +22,14 @@ constexpr qint64 readBufferSize = 1 << 20;
 
 std::optional<URLError> fault(const QUrl &url)
 {
-    if (url.isEmpty() || !url.isValid())
-        return URLError{URLError::Code::BadURL, QStringLiteral("bad URL")};
     // Qt would open files, resources and data addresses as well.
-    if (url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https"))
+    if (isWebAddress(url))
+        return std::nullopt;
+    const bool isOtherScheme =
+        url.isValid() && url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https");
+    if (!url.isEmpty() && isOtherScheme)
         return URLError{URLError::Code::UnsupportedURL, QStringLiteral("unsupported URL")};
-    if (url.host().isEmpty())
-        return URLError{URLError::Code::BadURL, QStringLiteral("bad URL: no host")};
-    return std::nullopt;
+    return URLError{URLError::Code::BadURL, QStringLiteral("bad URL")};
 }
 
 QNetworkRequest networkRequest(const URLRequest &request)

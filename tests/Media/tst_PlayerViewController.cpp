@@ -10,6 +10,7 @@
 
 #include <QAccessible>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace std::chrono_literals;
@@ -218,6 +219,9 @@ void tst_PlayerViewController::saysWhatCannotBePlayed()
     QTRY_VERIFY(!isSeen(QStringLiteral("waiting")) && !item(QStringLiteral("playerBar"))->isVisible());
     QTRY_VERIFY(shown()->isVisible() && !m_ad->isVisible());
     m_window->grab(QStringLiteral("player-error"));
+    // Nothing goes on playing behind the text.
+    QCoreApplication::processEvents();
+    QVERIFY(!QSignalSpy(shown()->player(), &Platform::Player::positionChanged).wait(300));
     m_window->tap(item(QStringLiteral("closeButton")));
     QTRY_VERIFY(!shown());
     QTRY_VERIFY(m_ad->isVisible());

@@ -3,7 +3,8 @@ import QtQuick.Controls.Basic as Controls
 import QtWebView
 import Brevanto.Platform as Platform
 
-// A page of the platform's web view under a thin bar that shows how far it has come.
+// A page of the platform's web view under a thin bar that shows how far it has come. Phones draw their pages above
+// everything of this window: there the bar stands above the page, and an alert makes the page go.
 Item {
     id: root
 
@@ -33,6 +34,9 @@ Item {
         page.goForward()
     }
 
+    // Whether a start was told whose end is still to be told.
+    property bool isUnderWay: false
+
     function isHtml(url: url): bool {
         return /^(data|about):/.test(url.toString())
     }
@@ -61,15 +65,30 @@ Item {
                 page.url = request.requestedUrl
         })
         engine.contextMenuRequested.connect(request => request.accepted = true)
+        // A page asks the user nothing, be it once or without end.
+        for (const question of [engine.javaScriptDialogRequested, engine.authenticationDialogRequested,
+                                engine.fileDialogRequested, engine.colorDialogRequested]) {
+            question.connect(request => {
+                request.accepted = true
+                request.dialogReject()
+            })
+        }
         engine.loadingChanged.connect(info => tell(info, info.errorDomain === httpStatusDomain))
     }
     function tell(info: var, isServersAnswer: bool) {
         if (!webView.isLoadable(info.url) && !isHtml(info.url)) {
-            if (!engine && info.status === WebView.LoadStartedStatus)
-                page.stop()
+            if (info.status === WebView.LoadStartedStatus) {
+                if (!engine)
+                    page.stop()
+            } else if (isUnderWay) {
+                // The server led to another address.
+                isUnderWay = false
+                webView.didFailLoad(info.errorString)
+            }
             return
         }
-        if (info.status === WebView.LoadStartedStatus)
+        isUnderWay = info.status === WebView.LoadStartedStatus
+        if (isUnderWay)
             webView.didStartLoad()
         else if (info.status === WebView.LoadSucceededStatus || isServersAnswer)
             webView.didFinishLoad()
@@ -83,6 +102,10 @@ Item {
         id: page
 
         anchors.fill: parent
+        anchors.topMargin: root.engine ? 0 : progress.height
+        visible: root.engine || !Controls.Overlay.overlay || !Controls.Overlay.overlay.visible
+        // The view tells of its history with the ends of loads alone; a page that is on its way counts before.
+        onLoadProgressChanged: root.webView.historyChanged()
         onUrlChanged: root.webView.pageDidChangeUrl(url)
         onChildrenChanged: root.connectEngine()
         onLoadingChanged: loadRequest => {
@@ -93,6 +116,8 @@ Item {
     }
 
     Controls.ProgressBar {
+        id: progress
+
         objectName: "loadProgress"
         width: parent.width
         height: 3

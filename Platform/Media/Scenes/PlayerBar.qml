@@ -12,10 +12,20 @@ Rectangle {
     readonly property real shownPosition: slider.pressed ? slider.value : player.position
     readonly property bool isHeld: slider.pressed || playButton.down || soundButton.down
 
+    function skip(steps: int) {
+        player.seek(player.position + steps * 5000)
+        controller.keepControls()
+    }
+
     implicitHeight: 56
     radius: 16
     color: "#b3282828"
 
+    // A tap between the controls, or on a slider that rests, is none on the clip.
+    TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: bar.controller.keepControls()
+    }
     PlayerButton {
         id: playButton
 
@@ -57,7 +67,9 @@ Rectangle {
         to: Math.max(1, bar.player.duration)
         stepSize: 0
         Accessible.name: qsTr("Position")
-        // By key and by voice; a finger lets go first.
+        Accessible.onIncreaseAction: bar.skip(1)
+        Accessible.onDecreaseAction: bar.skip(-1)
+        // By key; a finger lets go first.
         onMoved: {
             bar.controller.keepControls()
             if (!pressed)
@@ -73,8 +85,7 @@ Rectangle {
             event.accepted = false
             if (step !== 0) {
                 event.accepted = true
-                bar.player.seek(bar.player.position + step * 5000)
-                bar.controller.keepControls()
+                bar.skip(step)
             }
         }
 
