@@ -5,7 +5,7 @@
 #include "Brevanto/BrevantoBundle.h"
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/Utils/BrevantoReachabilityManager.h"
-#include "Brevanto/Utils/ImageScale.h"
+#include "Brevanto/Utils/UploadImage.h"
 #include "Platform/Capture/CaptureStillImageOutput.h"
 #include "Platform/Foundation/Clock.h"
 #include "Platform/Graphics/BitmapContext.h"
@@ -23,27 +23,9 @@ using namespace Platform;
 namespace
 {
 
-constexpr qreal portraitUploadWidth = 480;
-constexpr qreal landscapeUploadWidth = 640;
-constexpr qreal uploadQuality = 0.0;
 constexpr auto uploadDelay = 100ms;
 constexpr auto timeOutInterval = 10s;
 constexpr int leftoverOverlayTag = 301;
-
-QSizeF uploadSize(const QSizeF &photo)
-{
-    const qreal width = photo.width() > photo.height() ? landscapeUploadWidth : portraitUploadWidth;
-    return {width, std::trunc(photo.height() * width / photo.width())};
-}
-
-// The photo as it is sent: as it was taken, however the device is held. Empty when it cannot be drawn.
-QByteArray uploadData(const Image &photo)
-{
-    if (photo.isNull())
-        return {};
-    const Image scaled = scale::scaleToSize(photo, uploadSize(photo.size()));
-    return scale::convertImageToGrayScale(scaled).jpegData(uploadQuality);
-}
 
 std::unique_ptr<AlertController> captureAgainAlert(const QString &title, const QString &message,
                                                    std::function<void()> captureAgain)
