@@ -1,0 +1,40 @@
+// Answers of the service. The first byte picks the call that they answer, the rest is the body.
+#include "fuzz/Require.h"
+
+#include "Brevanto/ServerManager/BrevantoServerManager.h"
+#include "Brevanto/ServerManager/QuillfernServerParamsObject.h"
+#include "Brevanto/ServerManager/ServerResponses.h"
+
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    int completions = 0;
+    int failures = 0;
+    QuillfernServerParamsObject params;
+    params.setApiRequestType(BrevantoAPIRequestTypePost);
+    params.setApiRequestCode(data[0] % 6);
+    params.setCompletionBlock([&](const BrevantoServerResult &result) {
+        ++completions;
+        const auto *groups = std::get_if<BrevantoMatchGroupList>(&result);
+        if (!groups)
+            return;
+        for (const auto &group : *groups) {
+            require(!group->adImageUrl().isNull(), "a group has an address");
+            require(!group->listOfMatches().isEmpty(), "a group has matches");
+            for (const auto &match : group->listOfMatches())
+                require(match->galleryDataSource().size() >= 0, "a match has a gallery");
+        }
+    });
+    params.setFailureBlock([&](const std::optional<Platform::URLError> &) { ++failures; });
+    const QByteArray body(reinterpret_cast<const char *>(data + 1), static_cast<qsizetype>(size - 1));
+    handlePostResponse(params, body, std::nullopt);
+    require(completions + failures <= 1, "an answer is told once");
+    params.setApiRequestType(BrevantoAPIRequestTypeGet);
+    completions = failures = 0;
+    handleGetResponse(*BrevantoServerManager::sharedServerManager(), params, body, std::nullopt);
+    require(completions + failures <= 1, "an answer is told once");
+    return 0;
+}
