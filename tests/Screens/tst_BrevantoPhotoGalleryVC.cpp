@@ -78,6 +78,7 @@ private Q_SLOTS:
     void survivesClosingWhileImagesAreOnTheirWay();
     void staysLightWithCountlessImages();
     void opensOnAnyPageWhateverStalls();
+    void letsGoOfWhatIsTooMuchToHold();
 
 private:
     QString url(int page) const { return m_server->url(QStringLiteral("/%1").arg(page)); }
@@ -446,6 +447,34 @@ void tst_BrevantoPhotoGalleryVC::opensOnAnyPageWhateverStalls()
     QVERIFY(m_server->requestCount() <= 15);
     QCOMPARE(m_screen->pageControl()->currentPage(), 9);
     QVERIFY(m_screen->prevButton()->isVisible() && m_screen->nextButton()->isVisible());
+}
+
+void tst_BrevantoPhotoGalleryVC::letsGoOfWhatIsTooMuchToHold()
+{
+    constexpr qint64 mebibyte = 1024 * 1024;
+    m_server->setHandler([](const RawServer::Request &request) {
+        RawServer::Answer answer = picture(request);
+        answer.body = answer.body.leftJustified(15 * mebibyte, '\0');
+        return answer;
+    });
+    const auto held = [this] {
+        qint64 bytes = 0;
+        for (const QVariantMap &entry : m_screen->galleryImageDictsArray())
+            bytes += entry.value(QStringLiteral("image")).value<Platform::Image>().byteCount();
+        return bytes;
+    };
+    open({}, pictures(14));
+    QTRY_VERIFY(held() >= 64 * mebibyte);
+    for (int page = 1; page < 14; ++page) {
+        m_screen->imagesScrollView()->setContentOffset({page * 390.0, 0}, false);
+        QTRY_VERIFY(pageInSight() == page && imageView(page)->isShowingImage());
+        QVERIFY(held() <= 128 * mebibyte);
+    }
+    QVERIFY(isLoaded());
+    QVERIFY(imageView(0)->image().isNull());
+    m_screen->imagesScrollView()->setContentOffset({0, 0}, false);
+    QTRY_VERIFY(pageInSight() == 0 && imageView(0)->isShowingImage());
+    QVERIFY(isLoaded());
 }
 
 QTEST_MAIN(tst_BrevantoPhotoGalleryVC)
