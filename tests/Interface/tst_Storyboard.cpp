@@ -1,13 +1,14 @@
-#include "TestWindow.h"
 
 #include "Platform/Interface/Label.h"
 #include "Platform/Interface/Storyboard.h"
+#include "support/Raised.h"
+#include "support/TestWindow.h"
 
 #include <QTest>
 
 #include <array>
 
-using Platform::Exception;
+using namespace Qt::StringLiterals;
 using Platform::Storyboard;
 using Platform::View;
 using Platform::ViewController;
@@ -44,7 +45,7 @@ Q_SIGNALS:
     void greetingChanged();
 
 private:
-    QString m_greeting = QStringLiteral("Hello");
+    QString m_greeting = u"Hello"_s;
 };
 
 class Other : public ViewController
@@ -60,24 +61,12 @@ std::unique_ptr<QObject> make()
 
 const Platform::Bundle &bundle()
 {
-    static const Platform::Bundle bundle(QStringLiteral(":/TestBundle"),
-                                         {{QStringLiteral("Complete"), make<Screen>},
-                                          {QStringLiteral("Broken"), make<Screen>},
-                                          {QStringLiteral("NoView"), make<Screen>},
-                                          {QStringLiteral("NoScene"), make<Screen>}});
+    static const Platform::Bundle bundle(u":/TestBundle"_s,
+                                         {{u"Complete"_s, make<Screen>},
+                                          {u"Broken"_s, make<Screen>},
+                                          {u"NoView"_s, make<Screen>},
+                                          {u"NoScene"_s, make<Screen>}});
     return bundle;
-}
-
-// What it raises, as "name: reason"; empty when it raises nothing.
-QString raised(const std::function<void()> &block)
-{
-    try {
-        block();
-    } catch (const Exception &exception) {
-        const bool isArgument = exception.name() == Exception::Name::InvalidArgument;
-        return (isArgument ? QStringLiteral("argument: ") : QStringLiteral("other: ")) + exception.reason();
-    }
-    return {};
 }
 
 } // namespace
@@ -87,73 +76,59 @@ class tst_Storyboard : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void loadsTheSceneWhenItIsAskedFor();
-    void givesOutlets();
-    void raisesForWhatIsMissing();
-    void raisesForFaultyScenes();
+    void loadsTheSceneWhenItIsAskedFor()
+    {
+        const TestWindow window;
+        const auto screen = Storyboard(u"Screens"_s, bundle()).instantiate<Screen>(u"Complete"_s);
+        bool hasOutlets = false;
+        screen->onOutlets = [&](Screen *loading) {
+            hasOutlets = loading->find<View>("deep")->tag() == 7 && loading->find<QQuickItem>("item")
+                && loading->find<Platform::Label>("label")->text() == "Hello"_L1;
+        };
+        QVERIFY(!screen->isViewLoaded());
+        QCOMPARE(screen->view()->property("controller").value<QObject *>(), screen.get());
+        QVERIFY(screen->isViewLoaded() && hasOutlets);
+        QCOMPARE(screen->sizeAtLoad, QSizeF(375, 667));
+        QVERIFY(screen->view()->viewWithTag(8));
+    }
+
+    void raisesForWhatIsMissing()
+    {
+        const std::initializer_list<std::array<const char *, 3>> missing = {
+            {"Nowhere", "Complete", "Nowhere"},
+            {"Screens", "NoScene", "NoScene"},
+            {"Screens", "Orphan", "Orphan"},
+            {"Screens", "", "Screens"},
+            {"Screens", "../Screens/Complete", "Complete"},
+        };
+        for (const auto &[storyboard, identifier, culprit] : missing) {
+            const QString reason = raised([storyboard = storyboard, identifier = identifier] {
+                Storyboard(QLatin1StringView(storyboard), bundle()).instantiate(QLatin1StringView(identifier));
+            });
+            QVERIFY2(reason.startsWith(QLatin1String("InvalidArgument: ")), identifier);
+            QVERIFY2(reason.contains(QLatin1StringView(culprit)), qPrintable(reason));
+        }
+        const QString reason = raised([] { Storyboard(u"Screens"_s, bundle()).instantiate<Other>(u"Complete"_s); });
+        QVERIFY(reason.startsWith(QLatin1String("InvalidArgument: ")));
+    }
+
+    void raisesForFaultyScenes()
+    {
+        const std::initializer_list<std::array<const char *, 3>> faulty = {
+            {"Broken", "", "NoSuchType"},
+            {"NoView", "", "NoView.qml"},
+            {"Complete", "absent", "absent"},
+            {"Complete", "item", "item"}, // which is no View
+        };
+        for (const auto &[identifier, outlet, culprit] : faulty) {
+            const auto screen = Storyboard(u"Screens"_s, bundle()).instantiate<Screen>(QLatin1StringView(identifier));
+            if (*outlet)
+                screen->onOutlets = [outlet = outlet](Screen *loading) { loading->find<View>(outlet); };
+            const QString reason = raised([&screen] { screen->view(); });
+            QVERIFY2(reason.contains(QLatin1StringView(culprit)), qPrintable(reason));
+        }
+    }
 };
-
-void tst_Storyboard::loadsTheSceneWhenItIsAskedFor()
-{
-    const TestWindow window;
-    const auto screen = Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Screen>(QStringLiteral("Complete"));
-    QVERIFY(!screen->isViewLoaded());
-    QCOMPARE(screen->view()->property("controller").value<QObject *>(), screen.get());
-    QVERIFY(screen->isViewLoaded());
-    QCOMPARE(screen->sizeAtLoad, QSizeF(375, 667));
-    QVERIFY(screen->view()->viewWithTag(8));
-}
-
-void tst_Storyboard::givesOutlets()
-{
-    const auto screen = Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Screen>(QStringLiteral("Complete"));
-    bool isComplete = false;
-    screen->onOutlets = [&](Screen *loading) {
-        isComplete = loading->find<View>("deep")->tag() == 7 && loading->find<QQuickItem>("item")
-            && loading->find<Platform::Label>("label")->text() == QLatin1String("Hello");
-    };
-    screen->view();
-    QVERIFY(isComplete);
-}
-
-void tst_Storyboard::raisesForWhatIsMissing()
-{
-    const std::initializer_list<std::array<const char *, 3>> missing = {
-        {"Nowhere", "Complete", "Nowhere"},
-        {"Screens", "NoScene", "NoScene"},
-        {"Screens", "Orphan", "Orphan"},
-        {"Screens", "", "Screens"},
-        {"Screens", "../Screens/Complete", "Complete"},
-    };
-    for (const auto &[storyboard, identifier, culprit] : missing) {
-        const QString reason = raised([storyboard = storyboard, identifier = identifier] {
-            Storyboard(QLatin1StringView(storyboard), bundle()).instantiate(QLatin1StringView(identifier));
-        });
-        QVERIFY2(reason.startsWith(QLatin1String("argument: ")), identifier);
-        QVERIFY2(reason.contains(QLatin1StringView(culprit)), qPrintable(reason));
-    }
-    const QString reason =
-        raised([] { Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Other>(QStringLiteral("Complete")); });
-    QVERIFY(reason.startsWith(QLatin1String("argument: ")));
-}
-
-void tst_Storyboard::raisesForFaultyScenes()
-{
-    const std::initializer_list<std::array<const char *, 3>> faulty = {
-        {"Broken", "", "NoSuchType"},
-        {"NoView", "", "NoView.qml"},
-        {"Complete", "absent", "absent"},
-        {"Complete", "item", "item"}, // which is no View
-    };
-    for (const auto &[identifier, outlet, culprit] : faulty) {
-        const auto screen =
-            Storyboard(QStringLiteral("Screens"), bundle()).instantiate<Screen>(QLatin1StringView(identifier));
-        if (*outlet)
-            screen->onOutlets = [outlet = outlet](Screen *loading) { loading->find<View>(outlet); };
-        const QString reason = raised([&screen] { screen->view(); });
-        QVERIFY2(reason.contains(QLatin1StringView(culprit)), qPrintable(reason));
-    }
-}
 
 QTEST_MAIN(tst_Storyboard)
 #include "tst_Storyboard.moc"

@@ -1,36 +1,20 @@
 #pragma once
 
+#include "support/TestWindow.h"
+
 #include "Platform/Interface/NavigationController.h"
 
-#include <QImage>
-#include <QPointingDevice>
-#include <QQuickWindow>
-
-#include <memory>
-
-// A host's window, with SDK screens over it and a finger on it.
-class ScreenWindow
+// A host's window of a phone's size, with SDK screens over it.
+class ScreenWindow : public TestWindow
 {
 public:
-    explicit ScreenWindow(const QSize &size = {390, 844});
-    ~ScreenWindow();
-
-    QQuickWindow *window() { return &m_window; }
-    QPointingDevice *finger() const { return m_finger.get(); }
+    explicit ScreenWindow(const QSize &size = {390, 844})
+        : TestWindow(size)
+    {
+        window()->setColor(Qt::white);
+    }
 
     // Presents a navigation stack whose first screen is an empty one and pushes `screen` onto it; returns the stack
     // when the screen has appeared.
     Platform::NavigationController *push(std::unique_ptr<Platform::ViewController> screen);
-
-    void tap(const QPointF &inWindow);
-    void tap(const QQuickItem *item);
-    // A quick stroke of the finger, from one point to another.
-    void fling(const QPoint &from, const QPoint &to);
-
-    // What the user sees. Saved under `name` too when BREVANTO_SCREENSHOTS names a folder.
-    QImage grab(const QString &name = {});
-
-private:
-    QQuickWindow m_window;
-    std::unique_ptr<QPointingDevice> m_finger;
 };

@@ -1,5 +1,6 @@
 #include "support/ManualClock.h"
 
+#include <QCoreApplication>
 #include <QMutexLocker>
 #include <QThread>
 
@@ -52,6 +53,13 @@ void ManualClock::advance(std::chrono::milliseconds duration)
         else if (due.events)
             QMetaObject::invokeMethod(due.events, run, Qt::QueuedConnection);
     }
+}
+
+void ManualClock::pass(std::chrono::milliseconds duration)
+{
+    advance(duration);
+    for (int i = 0; i < 4; ++i)
+        QCoreApplication::processEvents();
 }
 
 int ManualClock::pendingCount() const

@@ -21,6 +21,8 @@ public:
     // Moves the time and runs what falls due on the way, in order of time, what it schedules included; blocks whose
     // context lives in another thread are posted there.
     void advance(std::chrono::milliseconds duration);
+    // The same, and lets what that caused happen: an animation's end may cause the next one in the event after it.
+    void pass(std::chrono::milliseconds duration);
 
     // How much is scheduled for contexts that still live.
     int pendingCount() const;

@@ -5,6 +5,8 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -149,7 +151,7 @@ RawServer::RawServer()
     setAnswer({.status = 404});
     m_listener->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_listener, &QObject::deleteLater);
-    m_thread.setObjectName(QStringLiteral("RawServer"));
+    m_thread.setObjectName(u"RawServer"_s);
     m_thread.start();
     QMetaObject::invokeMethod(
         m_listener, [this] { m_port = m_listener->listen(); }, Qt::BlockingQueuedConnection);
@@ -163,7 +165,7 @@ RawServer::~RawServer()
 
 QString RawServer::url(const QString &path) const
 {
-    return QStringLiteral("http://127.0.0.1:%1%2").arg(QString::number(m_port), path);
+    return u"http://127.0.0.1:%1%2"_s.arg(QString::number(m_port), path);
 }
 
 void RawServer::setAnswer(const Answer &answer)

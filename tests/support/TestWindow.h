@@ -21,14 +21,19 @@ public:
     // Closes and deletes the window.
     void close();
 
+    QPointingDevice *finger() const { return m_finger.get(); }
     void tap(const QPointF &inWindow);
     void tap(const QQuickItem *item);
+    // A quick stroke of the finger, from one point to another.
+    void fling(const QPoint &from, const QPoint &to);
+    // Two fingers beside each other that move from one distance from the middle to another.
+    void pinch(const QPoint &middle, int from, int to);
 
     // The host's item has the focus at first; how many touches, clicks and keys reached it.
     QQuickItem *hostItem() const;
     int hostEvents() const;
 
-    // The item of that objectName anywhere in the window, popups included; null when there is none.
+    // The item of that objectName anywhere in sight, popups included; null when there is none.
     QQuickItem *find(const QString &objectName) const;
     // What the user sees. Saved under `name` too when BREVANTO_SCREENSHOTS names a folder.
     QImage grab(const QString &name = {}) const;

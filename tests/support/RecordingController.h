@@ -48,3 +48,9 @@ private:
     QString m_name;
     QStringList *m_calls;
 };
+
+// The calls so far, in one line; the list is empty afterwards.
+inline QString taken(QStringList &calls)
+{
+    return std::exchange(calls, {}).join(QStringLiteral(", "));
+}

@@ -1,6 +1,8 @@
-#include "TestWindow.h"
+#include "support/TestWindow.h"
 
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -50,8 +52,12 @@ TestWindow::TestWindow(const QSize &size)
     host->setFocus(true);
     m_window->show();
     m_window->requestActivate();
-    if (!QTest::qWaitForWindowActive(m_window.get()))
+    if (!QTest::qWaitForWindowExposed(m_window.get()))
         qFatal("The test's window did not open");
+    // Without a window manager nobody else gives the window the keyboard.
+    m_window->requestActivate();
+    if (!QTest::qWaitForWindowActive(m_window.get()))
+        qFatal("The test's window did not get the keyboard");
     host->forceActiveFocus();
 }
 
@@ -71,6 +77,37 @@ void TestWindow::tap(const QPointF &inWindow)
 void TestWindow::tap(const QQuickItem *item)
 {
     tap(item->mapToScene(item->boundingRect().center()));
+}
+
+void TestWindow::fling(const QPoint &from, const QPoint &to)
+{
+    constexpr int steps = 8;
+    QTest::touchEvent(m_window.get(), m_finger.get()).press(0, from, m_window.get());
+    for (int step = 1; step <= steps; ++step) {
+        QTest::touchEvent(m_window.get(), m_finger.get()).move(0, from + (to - from) * step / steps, m_window.get());
+        QTest::qWait(8);
+    }
+    QTest::touchEvent(m_window.get(), m_finger.get()).release(0, to, m_window.get());
+}
+
+void TestWindow::pinch(const QPoint &middle, int from, int to)
+{
+    const std::unique_ptr<QPointingDevice> hand(QTest::createTouchDevice());
+    const auto event = [&] { return QTest::touchEvent(m_window.get(), hand.get()); };
+    const auto finger = [&](int distance) { return middle + QPoint(distance, 0); };
+    event().press(0, finger(-from)).press(1, finger(from));
+    for (int step = 1; step <= 10; ++step) {
+        const int distance = from + (to - from) * step / 10;
+        event().move(0, finger(-distance)).move(1, finger(distance));
+        // The window hands on with the next frame what moved.
+        bool isShown = false;
+        const auto context = std::make_unique<QObject>();
+        QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, context.get(), [&] { isShown = true; });
+        m_window->requestUpdate();
+        if (!QTest::qWaitFor([&] { return isShown; }))
+            qCritical("The window draws nothing");
+    }
+    event().release(0, finger(-to)).release(1, finger(to));
 }
 
 QQuickItem *TestWindow::hostItem() const
@@ -93,6 +130,6 @@ QImage TestWindow::grab(const QString &name) const
     const QImage shot = m_window->grabWindow();
     const QString folder = qEnvironmentVariable("BREVANTO_SCREENSHOTS");
     if (!name.isEmpty() && !folder.isEmpty())
-        shot.save(QStringLiteral("%1/%2.png").arg(folder, name));
+        shot.save(u"%1/%2.png"_s.arg(folder, name));
     return shot;
 }
