@@ -1,10 +1,8 @@
-#include "Screens/ScreenWindow.h"
-#include "support/FakeReachability.h"
+#include "Screens/ScreenTest.h"
 #include "support/ManualClock.h"
-#include "support/RawServer.h"
+#include "support/Table.h"
 
 #include "Brevanto/BrevantoAdVC.h"
-#include "Brevanto/BrevantoBundle.h"
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Media/PlayerViewController.h"
 
@@ -13,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -51,21 +50,173 @@ RawServer::Answer answer(const RawServer::Request &request)
 
 } // namespace
 
-class tst_PlayerViewController : public QObject
+class tst_PlayerViewController : public ScreenTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        ScreenTest::init();
+        m_server->setHandler(answer);
+        openWindow();
+        auto ad = makeScreen<BrevantoAdVC>();
+        m_ad = ad.get();
+        m_window->push(std::move(ad));
+    }
 
-    void playsToTheEndAndCloses_data();
-    void playsToTheEndAndCloses();
-    void answersTouchAndKeys();
-    void saysWhatCannotBePlayed_data();
-    void saysWhatCannotBePlayed();
-    void closesAtAnyStage_data();
-    void closesAtAnyStage();
+    void playsToTheEndAndCloses_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("video") << u"velkesta-ride.webm"_s;
+        QTest::newRow("sound") << u"nattlund-theme.wav"_s;
+        QTest::newRow("compressed sound") << u"humlo-promo.ogg"_s;
+    }
+    void playsToTheEndAndCloses()
+    {
+        QFETCH(QString, name);
+        const bool isVideo = name.endsWith(u".webm"_s);
+        const bool isSeekable = name.endsWith(u".wav"_s); // over the network, by the backend of this platform
+        int ends = 0;
+        QObject observer;
+        Platform::NotificationCenter::defaultCenter().addObserver(&observer,
+                                                                  Platform::AVPlayerItemDidPlayToEndTimeNotification,
+                                                                  [&](const Platform::Notification &) { ++ends; });
+        m_ad->openAvPlayerControllerWithUrl(m_server->url(u'/' + name));
+        QVERIFY(shown());
+        QTRY_VERIFY_WITH_TIMEOUT(shown() && !m_ad->isVisible() && shown()->player()->position() > 0, 20000);
+        QVERIFY(shown()->player()->isPlaying() && !isSeen(u"waiting"_s));
+        // The clip is short: it rests while the picture is taken.
+        QTest::keyClick(m_window->window(), Qt::Key_Space);
+        QTRY_VERIFY(!shown()->player()->isPlaying());
+        QCOMPARE(isSeen(u"soundPicture"_s), !isVideo);
+        QTRY_VERIFY(middle().lightness() > 40);
+        QTRY_VERIFY(isSeen(u"playerBar"_s));
+
+        if (isSeekable) {
+            QTest::keyClick(m_window->window(), Qt::Key_Right);
+            QTRY_COMPARE(text(u"remainingTime"_s), u"-0:00"_s);
+            QTest::keyClick(m_window->window(), Qt::Key_Left);
+            QTRY_COMPARE(text(u"elapsedTime"_s), u"0:00"_s);
+            const QQuickItem *slider = item(u"positionSlider"_s);
+            m_window->tap(slider->mapToScene(QPointF(slider->width() * 0.85, slider->height() / 2)));
+            QTRY_VERIFY(shown()->player()->position() > shown()->player()->duration() * 3 / 4);
+        }
+        QCOMPARE(ends, 0);
+        m_window->tap(item(u"playButton"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(!shown(), 10000);
+        QTRY_VERIFY(m_ad->isVisible());
+        QCOMPARE(ends, 1);
+    }
+
+    void answersTouchAndKeys()
+    {
+        ManualClock clock;
+        auto screen = std::make_unique<Platform::PlayerViewController>();
+        screen->setPlayer(std::make_unique<Platform::Player>(QUrl(m_server->url(u"/zumbaro-press.webm"_s))));
+        const QPointer<Platform::Player> player(screen->player());
+        m_ad->present(std::move(screen), false);
+        player->play();
+        QTRY_VERIFY_WITH_TIMEOUT(player->hasVideo() && player->position() > 0, 20000);
+        QVERIFY(isSeen(u"playerBar"_s));
+
+        clock.advance(3s);
+        QTRY_VERIFY(!item(u"playerBar"_s)->isVisible());
+        QVERIFY(!item(u"closeButton"_s)->isVisible());
+        m_window->tap(QPointF(195, 300));
+        QTRY_VERIFY(isSeen(u"playerBar"_s));
+
+        // They stay while the video does not play.
+        QTest::keyClick(m_window->window(), Qt::Key_Space);
+        QTRY_VERIFY(!player->isPlaying());
+        clock.advance(10s);
+        QVERIFY(shown()->areControlsShown());
+        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(item(u"playButton"_s));
+        QCOMPARE(spoken->text(QAccessible::Name), u"Play"_s);
+
+        m_window->tap(item(u"soundButton"_s));
+        QTRY_VERIFY(player->isMuted());
+        QTest::keyClick(m_window->window(), Qt::Key_Up);
+        QTRY_VERIFY(!player->isMuted());
+        m_window->tap(item(u"playButton"_s));
+        QTRY_VERIFY(player->isPlaying());
+
+        QTest::keyClick(m_window->window(), Qt::Key_Escape);
+        QVERIFY(!player || !player->isPlaying());
+        for (int i = 0; i < 10; ++i)
+            clock.advance(100ms);
+        QTRY_VERIFY(!player);
+        QVERIFY(m_ad->isVisible());
+    }
+
+    void saysWhatCannotBePlayed_data()
+    {
+        addColumns<QString, QString>("address", "text");
+        const QString address = u"Its address is not one that can be played."_s;
+        const QString loading = u"It could not be loaded."_s;
+        QTest::newRow("missing") << u"/none.webm"_s << loading;
+        QTest::newRow("does not decode") << u"/../make-media"_s << QString();
+        QTest::newRow("nobody answers") << u"http://127.0.0.1:9/clip.webm"_s << loading;
+        QTest::newRow("a file of the device") << QStringLiteral("file://" CLIPS "/velkesta-ride.webm") << address;
+        QTest::newRow("unknown scheme") << u"rtsp://127.0.0.1/clip"_s << address;
+        QTest::newRow("no address") << u"clip"_s << address;
+    }
+    void saysWhatCannotBePlayed()
+    {
+        QFETCH(QString, address);
+        QFETCH(QString, text);
+        m_server->setHandler([](const RawServer::Request &request) {
+            return request.target.endsWith("make-media")
+                ? RawServer::Answer{.body = QByteArray("no clip ").repeated(5000)}
+                : RawServer::Answer{.status = 404};
+        });
+        m_ad->openAvPlayerControllerWithUrl(address.startsWith(u'/') ? m_server->url(address) : address);
+        QVERIFY(shown());
+        QTRY_VERIFY_WITH_TIMEOUT(isSeen(u"playerError"_s), 20000);
+        const QString said = item(u"playerErrorText"_s)->property("text").toString();
+        QVERIFY(text.isEmpty() ? !said.isEmpty() : said == text);
+        QTRY_VERIFY(!isSeen(u"waiting"_s) && !item(u"playerBar"_s)->isVisible());
+        QTRY_VERIFY(shown()->isVisible() && !m_ad->isVisible());
+        // Nothing goes on playing behind the text.
+        QCoreApplication::processEvents();
+        QVERIFY(!QSignalSpy(shown()->player(), &Platform::Player::positionChanged).wait(300));
+        m_window->tap(item(u"closeButton"_s));
+        QTRY_VERIFY(!shown());
+        QTRY_VERIFY(m_ad->isVisible());
+    }
+
+    void closesAtAnyStage_data()
+    {
+        addColumns<RawServer::Stage, bool>("stage", "isAtOnce");
+        QTest::newRow("before anything") << RawServer::Stage::Nothing << true;
+        QTest::newRow("asking") << RawServer::Stage::Nothing << false;
+        QTest::newRow("head") << RawServer::Stage::Head << false;
+        QTest::newRow("half") << RawServer::Stage::HalfBody << false;
+        QTest::newRow("playing") << RawServer::Stage::Everything << false;
+    }
+    void closesAtAnyStage()
+    {
+        QFETCH(RawServer::Stage, stage);
+        QFETCH(bool, isAtOnce);
+        m_server->setHandler([stage](const RawServer::Request &request) {
+            RawServer::Answer whole = answer(request);
+            whole.stage = stage;
+            return whole;
+        });
+        m_ad->openAvPlayerControllerWithUrl(m_server->url(u"/velkesta-ride.webm"_s));
+        const QPointer<Platform::Player> player(shown()->player());
+        if (isAtOnce) {
+            m_ad->dismiss(false);
+        } else {
+            QTRY_VERIFY_WITH_TIMEOUT(m_server->requestCount() > 0 && shown()->isVisible() && !m_ad->isVisible(), 20000);
+            if (stage == RawServer::Stage::Everything)
+                QTRY_VERIFY(player->position() > 0);
+            m_window->tap(item(u"closeButton"_s));
+        }
+        QTRY_VERIFY(!player);
+        QTRY_VERIFY(m_ad->isVisible());
+        m_server->resume();
+    }
 
 private:
     Platform::PlayerViewController *shown() const
@@ -77,192 +228,8 @@ private:
     bool isSeen(const QString &name) const { return item(name)->isVisible() && item(name)->opacity() > 0.9; }
     QColor middle() { return m_window->grab().pixelColor(195, 422); }
 
-    std::unique_ptr<FakeReachability> m_network;
-    std::unique_ptr<RawServer> m_server;
-    std::unique_ptr<ScreenWindow> m_window;
     QPointer<BrevantoAdVC> m_ad;
 };
-
-void tst_PlayerViewController::init()
-{
-    m_network = std::make_unique<FakeReachability>();
-    m_server = std::make_unique<RawServer>();
-    m_server->setHandler(answer);
-    m_window = std::make_unique<ScreenWindow>();
-    auto ad = brevantoStoryboard().instantiate<BrevantoAdVC>(QStringLiteral("BrevantoAdVC"));
-    m_ad = ad.get();
-    m_window->push(std::move(ad));
-}
-
-void tst_PlayerViewController::cleanup()
-{
-    m_window.reset();
-    m_server.reset();
-    m_network.reset();
-}
-
-void tst_PlayerViewController::playsToTheEndAndCloses_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("isVideo");
-    QTest::addColumn<bool>("isSeekable"); // over the network, by the backend of this platform
-    QTest::newRow("video") << QStringLiteral("velkesta-ride.webm") << true << false;
-    QTest::newRow("sound") << QStringLiteral("nattlund-theme.wav") << false << true;
-    QTest::newRow("compressed sound") << QStringLiteral("humlo-promo.ogg") << false << false;
-}
-
-void tst_PlayerViewController::playsToTheEndAndCloses()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, isVideo);
-    QFETCH(bool, isSeekable);
-    int ends = 0;
-    QObject observer;
-    Platform::NotificationCenter::defaultCenter().addObserver(
-        &observer, Platform::AVPlayerItemDidPlayToEndTimeNotification, [&](const Platform::Notification &) { ++ends; });
-    m_ad->openAvPlayerControllerWithUrl(m_server->url(u'/' + name));
-    QVERIFY(shown());
-    QTRY_VERIFY_WITH_TIMEOUT(shown() && !m_ad->isVisible() && shown()->player()->position() > 0, 20000);
-    QVERIFY(shown()->player()->isPlaying() && !isSeen(QStringLiteral("waiting")));
-    // The clip is short: it rests while the picture is taken.
-    QTest::keyClick(m_window->window(), Qt::Key_Space);
-    QTRY_VERIFY(!shown()->player()->isPlaying());
-    QCOMPARE(isSeen(QStringLiteral("soundPicture")), !isVideo);
-    QTRY_VERIFY(middle().lightness() > 40);
-    QTRY_VERIFY(isSeen(QStringLiteral("playerBar")));
-    m_window->grab(QStringLiteral("player-%1").arg(QLatin1StringView(QTest::currentDataTag())));
-
-    if (isSeekable) {
-        QTest::keyClick(m_window->window(), Qt::Key_Right);
-        QTRY_COMPARE(text(QStringLiteral("remainingTime")), QStringLiteral("-0:00"));
-        QTest::keyClick(m_window->window(), Qt::Key_Left);
-        QTRY_COMPARE(text(QStringLiteral("elapsedTime")), QStringLiteral("0:00"));
-        const QQuickItem *slider = item(QStringLiteral("positionSlider"));
-        m_window->tap(slider->mapToScene(QPointF(slider->width() * 0.85, slider->height() / 2)));
-        QTRY_VERIFY(shown()->player()->position() > shown()->player()->duration() * 3 / 4);
-    }
-    QCOMPARE(ends, 0);
-    m_window->tap(item(QStringLiteral("playButton")));
-    QTRY_VERIFY_WITH_TIMEOUT(!shown(), 10000);
-    QTRY_VERIFY(m_ad->isVisible());
-    QCOMPARE(ends, 1);
-}
-
-void tst_PlayerViewController::answersTouchAndKeys()
-{
-    ManualClock clock;
-    auto screen = std::make_unique<Platform::PlayerViewController>();
-    screen->setPlayer(std::make_unique<Platform::Player>(QUrl(m_server->url(QStringLiteral("/zumbaro-press.webm")))));
-    const QPointer<Platform::Player> player(screen->player());
-    m_ad->present(std::move(screen), false);
-    player->play();
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasVideo() && player->position() > 0, 20000);
-    QVERIFY(isSeen(QStringLiteral("playerBar")));
-    m_window->grab(QStringLiteral("player-controls"));
-
-    clock.advance(3s);
-    QTRY_VERIFY(!item(QStringLiteral("playerBar"))->isVisible());
-    QVERIFY(!item(QStringLiteral("closeButton"))->isVisible());
-    m_window->tap(QPointF(195, 300));
-    QTRY_VERIFY(isSeen(QStringLiteral("playerBar")));
-
-    // They stay while the video does not play.
-    QTest::keyClick(m_window->window(), Qt::Key_Space);
-    QTRY_VERIFY(!player->isPlaying());
-    clock.advance(10s);
-    QVERIFY(shown()->areControlsShown());
-    const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(item(QStringLiteral("playButton")));
-    QCOMPARE(spoken->text(QAccessible::Name), QStringLiteral("Play"));
-
-    m_window->tap(item(QStringLiteral("soundButton")));
-    QTRY_VERIFY(player->isMuted());
-    QTest::keyClick(m_window->window(), Qt::Key_Up);
-    QTRY_VERIFY(!player->isMuted());
-    m_window->tap(item(QStringLiteral("playButton")));
-    QTRY_VERIFY(player->isPlaying());
-
-    QTest::keyClick(m_window->window(), Qt::Key_Escape);
-    QVERIFY(!player || !player->isPlaying());
-    for (int i = 0; i < 10; ++i)
-        clock.advance(100ms);
-    QTRY_VERIFY(!player);
-    QVERIFY(m_ad->isVisible());
-}
-
-void tst_PlayerViewController::saysWhatCannotBePlayed_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("text");
-    const QString address = QStringLiteral("Its address is not one that can be played.");
-    const QString loading = QStringLiteral("It could not be loaded.");
-    QTest::newRow("missing") << QStringLiteral("/none.webm") << loading;
-    QTest::newRow("does not decode") << QStringLiteral("/../make-media") << QString();
-    QTest::newRow("nobody answers") << QStringLiteral("http://127.0.0.1:9/clip.webm") << loading;
-    QTest::newRow("a file of the device") << QStringLiteral("file://" CLIPS "/velkesta-ride.webm") << address;
-    QTest::newRow("unknown scheme") << QStringLiteral("rtsp://127.0.0.1/clip") << address;
-    QTest::newRow("no address") << QStringLiteral("clip") << address;
-}
-
-void tst_PlayerViewController::saysWhatCannotBePlayed()
-{
-    QFETCH(QString, address);
-    QFETCH(QString, text);
-    m_server->setHandler([](const RawServer::Request &request) {
-        return request.target.endsWith("make-media") ? RawServer::Answer{.body = QByteArray("no clip ").repeated(5000)}
-                                                     : RawServer::Answer{.status = 404};
-    });
-    m_ad->openAvPlayerControllerWithUrl(address.startsWith(u'/') ? m_server->url(address) : address);
-    QVERIFY(shown());
-    QTRY_VERIFY_WITH_TIMEOUT(isSeen(QStringLiteral("playerError")), 20000);
-    const QString said = item(QStringLiteral("playerErrorText"))->property("text").toString();
-    QVERIFY(text.isEmpty() ? !said.isEmpty() : said == text);
-    QTRY_VERIFY(!isSeen(QStringLiteral("waiting")) && !item(QStringLiteral("playerBar"))->isVisible());
-    QTRY_VERIFY(shown()->isVisible() && !m_ad->isVisible());
-    m_window->grab(QStringLiteral("player-error"));
-    // Nothing goes on playing behind the text.
-    QCoreApplication::processEvents();
-    QVERIFY(!QSignalSpy(shown()->player(), &Platform::Player::positionChanged).wait(300));
-    m_window->tap(item(QStringLiteral("closeButton")));
-    QTRY_VERIFY(!shown());
-    QTRY_VERIFY(m_ad->isVisible());
-}
-
-void tst_PlayerViewController::closesAtAnyStage_data()
-{
-    QTest::addColumn<RawServer::Stage>("stage");
-    QTest::addColumn<bool>("isAtOnce");
-    QTest::newRow("before anything") << RawServer::Stage::Nothing << true;
-    QTest::newRow("asking") << RawServer::Stage::Nothing << false;
-    QTest::newRow("head") << RawServer::Stage::Head << false;
-    QTest::newRow("half") << RawServer::Stage::HalfBody << false;
-    QTest::newRow("playing") << RawServer::Stage::Everything << false;
-}
-
-void tst_PlayerViewController::closesAtAnyStage()
-{
-    QFETCH(RawServer::Stage, stage);
-    QFETCH(bool, isAtOnce);
-    m_server->setHandler([stage](const RawServer::Request &request) {
-        RawServer::Answer whole = answer(request);
-        whole.stage = stage;
-        return whole;
-    });
-    m_ad->openAvPlayerControllerWithUrl(m_server->url(QStringLiteral("/velkesta-ride.webm")));
-    const QPointer<Platform::Player> player(shown()->player());
-    if (isAtOnce) {
-        m_ad->dismiss(false);
-    } else {
-        QTRY_VERIFY_WITH_TIMEOUT(m_server->requestCount() > 0 && shown()->isVisible() && !m_ad->isVisible(), 20000);
-        if (stage == RawServer::Stage::Everything)
-            QTRY_VERIFY(player->position() > 0);
-        else if (stage != RawServer::Stage::HalfBody)
-            m_window->grab(QStringLiteral("player-loading"));
-        m_window->tap(item(QStringLiteral("closeButton")));
-    }
-    QTRY_VERIFY(!player);
-    QTRY_VERIFY(m_ad->isVisible());
-    m_server->resume();
-}
 
 QTEST_MAIN(tst_PlayerViewController)
 #include "tst_PlayerViewController.moc"

@@ -2,7 +2,6 @@
 
 #include "Brevanto/BrevantoBundle.h"
 #include "Platform/Interface/AlertController.h"
-#include "Platform/Interface/Window.h"
 #include "support/TestImages.h"
 
 #include <QJsonArray>
@@ -11,6 +10,7 @@
 #include <QTest>
 #include <QThreadPool>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -63,14 +63,12 @@ ManualClock &CameraScreen::sharedClock()
 
 void CameraScreen::open()
 {
-    auto made = brevantoStoryboard().instantiate<BrevantoCameraVC>(QStringLiteral("BrevantoCameraVC"));
+    auto made = brevantoStoryboard().instantiate<BrevantoCameraVC>(u"BrevantoCameraVC"_s);
     screen = made.get();
     auto stack = std::make_unique<Platform::NavigationController>(std::move(made));
     navigation = stack.get();
     bool appeared = false;
-    Platform::Window::of(window.window())->rootViewController()->present(std::move(stack), false, [&] {
-        appeared = true;
-    });
+    window.root()->present(std::move(stack), false, [&] { appeared = true; });
     if (!QTest::qWaitFor([&] { return appeared; }))
         qFatal("The camera screen did not appear");
 }
@@ -94,6 +92,14 @@ QString CameraScreen::alertTitle() const
 {
     const Platform::AlertController *shown = alert();
     return shown ? shown->title() : QString();
+}
+
+QString CameraScreen::alertText() const
+{
+    QStringList texts{alert()->title(), alert()->message()};
+    for (const Platform::AlertAction &action : alert()->actions())
+        texts += u"%1/%2"_s.arg(action.title).arg(int(action.style));
+    return texts.join(u'|');
 }
 
 bool CameraScreen::choose(const QString &buttonTitle)
@@ -145,7 +151,7 @@ bool CameraScreen::tapShutter()
     if (!QTest::qWaitFor([this] { return camera->isDelivering(); }))
         return false;
     camera->jpeg.clear();
-    tap(QStringLiteral("captureButton"));
+    tap(u"captureButton"_s);
     return QTest::qWaitFor([this] { return bool(camera->photo); });
 }
 
@@ -155,7 +161,7 @@ void CameraScreen::deliver(const QByteArray &jpeg)
     if (!jpeg.isEmpty())
         buffer = std::make_shared<Platform::CaptureSampleBuffer>(Platform::CaptureSampleBuffer{jpeg, {}});
     const std::weak_ptr lookedAt = buffer;
-    std::exchange(camera->photo, {})(std::exchange(buffer, nullptr), QStringLiteral("no light"));
+    std::exchange(camera->photo, {})(std::exchange(buffer, nullptr), u"no light"_s);
     std::atomic_bool isSettled = false;
     if (!QTest::qWaitFor([&] { return lookedAt.expired(); }))
         qFatal("The photo was not looked at");
@@ -172,7 +178,7 @@ bool CameraScreen::shoot()
     const int before = server.requestCount();
     if (!QTest::qWaitFor([this] { return camera->isDelivering(); }))
         return false;
-    tap(QStringLiteral("captureButton"));
+    tap(u"captureButton"_s);
     return advanceUntil([this] { return screen->isRequestOnProcess(); })
         && QTest::qWaitFor([&] { return server.requestCount() > before; });
 }
@@ -181,9 +187,8 @@ RawServer::Answer CameraScreen::matches(const QStringList &adImages)
 {
     QJsonArray list;
     for (const QString &image : adImages)
-        list.append(QJsonObject{{QStringLiteral("app_img"), image}, {QStringLiteral("title"), image}});
-    const QJsonObject envelope{{QStringLiteral("status"), QJsonObject{{QStringLiteral("code"), 0}}},
-                               {QStringLiteral("matches"), list}};
+        list.append(QJsonObject{{u"app_img"_s, image}, {u"title"_s, image}});
+    const QJsonObject envelope{{u"status"_s, QJsonObject{{u"code"_s, 0}}}, {u"matches"_s, list}};
     return RawServer::Answer::json(QJsonDocument(envelope).toJson());
 }
 

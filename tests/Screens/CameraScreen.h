@@ -38,6 +38,8 @@ public:
     Platform::AlertController *alert() const;
     // The alert's title; empty when there is none.
     QString alertTitle() const;
+    // Its title, message and buttons with their styles, as "Title|Message|OK/0".
+    QString alertText() const;
     // Taps the alert's button and waits until the alert is gone.
     bool choose(const QString &buttonTitle);
 
