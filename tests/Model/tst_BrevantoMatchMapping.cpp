@@ -1,3 +1,5 @@
+#include "support/Table.h"
+
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoRelatedContent.h"
 #include "Model/MatchFields.h"
@@ -35,44 +37,96 @@ class TestBrevantoMatchMapping : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void validity_data();
-    void validity();
+    void validity()
+    {
+        for (const QJsonValue &invalid : {QJsonValue(QJsonValue::Undefined), QJsonValue(), QJsonValue(u""_s)})
+            QVERIFY2(!BrevantoBaseEntity::isValid(invalid), QByteArray::number(invalid.type()));
+        const QJsonArray valid{u" "_s, u"null"_s, 0, false, QJsonArray(), QJsonObject()};
+        for (const auto value : valid)
+            QVERIFY2(BrevantoBaseEntity::isValid(value), QByteArray::number(value.type()));
+    }
+
     void fields_data();
-    void fields();
+    void fields()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QByteArray, expected);
+        const auto match = matchFrom(parsed(json));
+        const QJsonObject fields = parsed(expected);
+        QCOMPARE(filledFields(match), fields);
+        QCOMPARE(match->title(), fields.value("title"_L1).toVariant());
+        QCOMPARE(match->tagFolder(), fields.value("tagFolder"_L1).toVariant());
+    }
+
     void everyKeyFillsItsField();
-    void clipAddressIsThatOfTheExpression();
-    void countOfRelatedContentMarksTheTimeOfParsing_data();
-    void countOfRelatedContentMarksTheTimeOfParsing();
-    void inputs();
-    void readers_data();
-    void readers();
+    void clipAddressIsThatOfTheExpression()
+    {
+        static const QRegularExpression player(u".*VideoID=(.*).flv.*"_s, QRegularExpression::CaseInsensitiveOption);
+        const QStringList pieces{u"VideoID="_s, u"videoid="_s, u".flv"_s, u"\U0001F600flv"_s,
+                                 u"flv"_s,      u"."_s,        u"FLV"_s,  u"x"_s};
+        QRandomGenerator random(1);
+        for (int round = 0; round < 2000; ++round) {
+            QString address;
+            for (int piece = random.bounded(1, 7); piece > 0; --piece)
+                address += pieces[random.bounded(pieces.size())];
+            const QJsonObject video{{u"url"_s, address}};
+            const auto match = matchFrom({{u"relatedVideos"_s, QJsonArray{video}}});
+            const QString content =
+                BrevantoFields::record<BrevantoRelatedContent>(match->vids().toList()[0])->contentUrl().toString();
+            QCOMPARE(content, QString(address).replace(player, u"\\1.mp4"_s));
+        }
+    }
+
+    void countOfRelatedContentMarksTheTimeOfParsing()
+    {
+        for (const QJsonValue &count : {QJsonValue(3), QJsonValue(0), QJsonValue(u"3"_s), QJsonValue()}) {
+            const QDateTime before = QDateTime::currentDateTimeUtc();
+            const auto match = matchFrom({{u"relatedcontentcount"_s, count}});
+            QCOMPARE(match->downloadedTime().isValid(), count.isDouble());
+            QVERIFY(!match->relatedItemsCount().isValid());
+            if (count.isDouble()) {
+                QCOMPARE_GE(match->downloadedTime().toDateTime(), before);
+                QCOMPARE_LE(match->downloadedTime().toDateTime(), QDateTime::currentDateTimeUtc());
+            }
+        }
+    }
+
+    void inputs()
+    {
+        for (const QJsonValue &noList : {QJsonValue(), QJsonValue(QJsonValue::Undefined), QJsonValue(u"matches"_s)})
+            QVERIFY(!BrevantoMatch::populateMatchesUsingArray(noList));
+        QCOMPARE(BrevantoMatch::populateMatchesUsingArray(QJsonArray())->size(), 0);
+
+        const QJsonArray mixed{QJsonObject{{u"title"_s, u"a"_s}}, QJsonObject(), 5, QJsonValue(),
+                               QJsonObject{{u"title"_s, u"b"_s}}};
+        const BrevantoMatchList matches = *BrevantoMatch::populateMatchesUsingArray(mixed);
+        QCOMPARE(matches.size(), 5);
+        QCOMPARE(matches[0]->title(), u"a"_s);
+        for (const int index : {1, 2, 3})
+            QCOMPARE(filledFields(matches[index]), QJsonObject());
+        QCOMPARE(matches[4]->title(), u"b"_s);
+    }
+
+    void readers()
+    {
+        const std::tuple<QVariant, QString, double> shown[] = {{{}, {}, qQNaN()},
+                                                               {u" 7 "_s, u" 7 "_s, qQNaN()},
+                                                               {qint64(-42), u"-42"_s, -42.0},
+                                                               {0.1, u"0.1"_s, 0.1},
+                                                               {1e21, u"1000000000000000000000"_s, 1e21},
+                                                               {true, u"true"_s, qQNaN()},
+                                                               {QVariantList{1}, {}, qQNaN()}};
+        for (const auto &[field, text, number] : shown) {
+            QCOMPARE(BrevantoFields::text(field), text);
+            QCOMPARE(BrevantoFields::number(field).value_or(qQNaN()), number);
+        }
+    }
 };
 
-void TestBrevantoMatchMapping::validity_data()
-{
-    QTest::addColumn<QJsonValue>("value");
-    QTest::addColumn<bool>("valid");
-    QTest::newRow("absent") << QJsonValue(QJsonValue::Undefined) << false;
-    QTest::newRow("null") << QJsonValue() << false;
-    QTest::newRow("empty text") << QJsonValue(u""_s) << false;
-    QTest::newRow("blank") << QJsonValue(u" "_s) << true;
-    QTest::newRow("the word null") << QJsonValue(u"null"_s) << true;
-    QTest::newRow("0") << QJsonValue(0) << true;
-    QTest::newRow("false") << QJsonValue(false) << true;
-    QTest::newRow("empty list") << QJsonValue(QJsonArray()) << true;
-    QTest::newRow("empty object") << QJsonValue(QJsonObject()) << true;
-}
-
-void TestBrevantoMatchMapping::validity()
-{
-    QFETCH(QJsonValue, value);
-    QTEST(BrevantoBaseEntity::isValid(value), "valid");
-}
-
+// Not in the class, as moc does not understand texts of several lines.
 void TestBrevantoMatchMapping::fields_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QByteArray>("expected");
+    addColumns<QByteArray, QByteArray>("json", "expected");
     const auto row = [](const char *name, const QByteArray &json, const QByteArray &expected) {
         QTest::newRow(name) << json << expected;
     };
@@ -200,17 +254,6 @@ void TestBrevantoMatchMapping::fields_data()
     row("percentages of another kind", R"({"xPercent": "40", "yPercent": true})", "{}");
 }
 
-void TestBrevantoMatchMapping::fields()
-{
-    QFETCH(QByteArray, json);
-    QFETCH(QByteArray, expected);
-    const auto match = matchFrom(parsed(json));
-    const QJsonObject fields = parsed(expected);
-    QCOMPARE(filledFields(match), fields);
-    QCOMPARE(match->title(), fields.value("title"_L1).toVariant());
-    QCOMPARE(match->tagFolder(), fields.value("tagFolder"_L1).toVariant());
-}
-
 // Keys that share a beginning are told apart, whatever else the object holds.
 void TestBrevantoMatchMapping::everyKeyFillsItsField()
 {
@@ -231,88 +274,6 @@ void TestBrevantoMatchMapping::everyKeyFillsItsField()
         "isSpecialArticle": "26", "title_color": "27", "xPercent": 28, "yPercent": 29, "section": "30",
         "language": "31"})";
     QCOMPARE(filledFields(matchFrom(parsed(json))), parsed(expected));
-}
-
-void TestBrevantoMatchMapping::clipAddressIsThatOfTheExpression()
-{
-    static const QRegularExpression player(u".*VideoID=(.*).flv.*"_s, QRegularExpression::CaseInsensitiveOption);
-    const QStringList pieces{u"VideoID="_s, u"videoid="_s, u".flv"_s, u"\U0001F600flv"_s,
-                             u"flv"_s,      u"."_s,        u"FLV"_s,  u"x"_s};
-    QRandomGenerator random(1);
-    for (int round = 0; round < 2000; ++round) {
-        QString address;
-        for (int piece = random.bounded(1, 7); piece > 0; --piece)
-            address += pieces[random.bounded(pieces.size())];
-        const QJsonObject video{{u"url"_s, address}};
-        const auto match = matchFrom({{u"relatedVideos"_s, QJsonArray{video}}});
-        const QString content =
-            BrevantoFields::record<BrevantoRelatedContent>(match->vids().toList()[0])->contentUrl().toString();
-        QCOMPARE(content, QString(address).replace(player, u"\\1.mp4"_s));
-    }
-}
-
-void TestBrevantoMatchMapping::countOfRelatedContentMarksTheTimeOfParsing_data()
-{
-    QTest::addColumn<QJsonValue>("count");
-    QTest::addColumn<bool>("marked");
-    QTest::newRow("number") << QJsonValue(3) << true;
-    QTest::newRow("zero") << QJsonValue(0) << true;
-    QTest::newRow("text") << QJsonValue(u"3"_s) << false;
-    QTest::newRow("null") << QJsonValue() << false;
-}
-
-void TestBrevantoMatchMapping::countOfRelatedContentMarksTheTimeOfParsing()
-{
-    QFETCH(QJsonValue, count);
-    QFETCH(bool, marked);
-    const QDateTime before = QDateTime::currentDateTimeUtc();
-    const auto match = matchFrom({{u"relatedcontentcount"_s, count}});
-    const QDateTime after = QDateTime::currentDateTimeUtc();
-
-    QCOMPARE(match->downloadedTime().isValid(), marked);
-    QVERIFY(!match->relatedItemsCount().isValid());
-    if (marked) {
-        QCOMPARE_GE(match->downloadedTime().toDateTime(), before);
-        QCOMPARE_LE(match->downloadedTime().toDateTime(), after);
-    }
-}
-
-void TestBrevantoMatchMapping::inputs()
-{
-    QVERIFY(!BrevantoMatch::populateMatchesUsingArray(QJsonValue()));
-    QVERIFY(!BrevantoMatch::populateMatchesUsingArray(QJsonValue(QJsonValue::Undefined)));
-    QVERIFY(!BrevantoMatch::populateMatchesUsingArray(u"matches"_s));
-    QCOMPARE(BrevantoMatch::populateMatchesUsingArray(QJsonArray())->size(), 0);
-
-    const QJsonArray mixed{QJsonObject{{u"title"_s, u"a"_s}}, QJsonObject(), 5, QJsonValue(),
-                           QJsonObject{{u"title"_s, u"b"_s}}};
-    const BrevantoMatchList matches = *BrevantoMatch::populateMatchesUsingArray(mixed);
-    QCOMPARE(matches.size(), 5);
-    QCOMPARE(matches[0]->title(), u"a"_s);
-    for (const int index : {1, 2, 3})
-        QCOMPARE(filledFields(matches[index]), QJsonObject());
-    QCOMPARE(matches[4]->title(), u"b"_s);
-}
-
-void TestBrevantoMatchMapping::readers_data()
-{
-    QTest::addColumn<QVariant>("field");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<double>("value");
-    QTest::newRow("null") << QVariant() << QString() << qQNaN();
-    QTest::newRow("text") << QVariant(u" 7 "_s) << u" 7 "_s << qQNaN();
-    QTest::newRow("integer") << QVariant(qint64(-42)) << u"-42"_s << -42.0;
-    QTest::newRow("fraction") << QVariant(0.1) << u"0.1"_s << 0.1;
-    QTest::newRow("large") << QVariant(1e21) << u"1000000000000000000000"_s << 1e21;
-    QTest::newRow("bool") << QVariant(true) << u"true"_s << qQNaN();
-    QTest::newRow("list") << QVariant(QVariantList{1}) << QString() << qQNaN();
-}
-
-void TestBrevantoMatchMapping::readers()
-{
-    QFETCH(QVariant, field);
-    QTEST(BrevantoFields::text(field), "shown");
-    QTEST(BrevantoFields::number(field).value_or(qQNaN()), "value");
 }
 
 QTEST_APPLESS_MAIN(TestBrevantoMatchMapping)
