@@ -48,20 +48,12 @@ private:
     static QString described(const Platform::URLError &error)
     {
         using Code = Platform::URLError::Code;
-        switch (error.code) {
-        case Code::BadURL:
-            return QStringLiteral("BadURL");
-        case Code::UnsupportedURL:
-            return QStringLiteral("UnsupportedURL");
-        case Code::CannotConnect:
-            return QStringLiteral("CannotConnect");
-        case Code::TimedOut:
-            return QStringLiteral("TimedOut");
-        case Code::TooLarge:
-            return QStringLiteral("TooLarge");
-        default:
-            return QStringLiteral("other");
-        }
+        static const QHash<Code, QString> names{{Code::BadURL, QStringLiteral("BadURL")},
+                                                {Code::UnsupportedURL, QStringLiteral("UnsupportedURL")},
+                                                {Code::CannotConnect, QStringLiteral("CannotConnect")},
+                                                {Code::TimedOut, QStringLiteral("TimedOut")},
+                                                {Code::TooLarge, QStringLiteral("TooLarge")}};
+        return names.value(error.code, QStringLiteral("other"));
     }
 
     static QString described(const std::monostate &) { return QStringLiteral("nil"); }

@@ -1,6 +1,7 @@
 #include "CallRecorder.h"
 #include "support/ManualClock.h"
 #include "support/RawServer.h"
+#include "support/Table.h"
 #include "support/TestImages.h"
 
 #include "Brevanto/ServerManager/ServiceAddress.h"
@@ -9,6 +10,7 @@
 #include <QSysInfo>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -16,7 +18,6 @@ namespace
 
 const QByteArray separator = "\r\n--14737809831466499882746641449\r\n";
 const QByteArray metaAnswer = R"({"status":{"code":0,"message":"Success"},"data":{"title":"T"}})";
-const QByteArray rejectedAnswer = R"({"status":{"code":3}})";
 
 QByteArray field(const QByteArray &name, const QByteArray &value)
 {
@@ -50,363 +51,279 @@ class tst_ServerCalls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void uploadsThePhotoByteForByte();
-    void postsBodies_data();
-    void postsBodies();
-    void addressesGets_data();
-    void addressesGets();
-    void completesOnTheSessionThread();
-    void limitsAnswers_data();
-    void limitsAnswers();
-    void takesTheBodyOfAnyStatus();
-    void failsWithTheTransportError_data();
-    void failsWithTheTransportError();
-    void failsWhenNobodyListens();
-    void timesOutAfterTenSeconds_data();
-    void timesOutAfterTenSeconds();
-    void callsBackAtOnceForEmptyInput();
-    void callsNothing_data();
-    void callsNothing();
-    void asksTheNetworkEachTime();
+    void init()
+    {
+        m_server = std::make_unique<RawServer>();
+        m_server->setHandler(answerEverything);
+        m_address = std::make_unique<ServiceAddress::Override>(m_server->url(QString()));
+        m_recorder = std::make_unique<CallRecorder>();
+        m_manager = BrevantoServerManager::create();
+    }
+
+    void cleanup()
+    {
+        m_manager.reset();
+        m_recorder.reset();
+        m_address.reset();
+        m_server.reset();
+    }
+
+    void uploadsThePhotoByteForByte()
+    {
+        QCoreApplication::setApplicationVersion(u"2.3 b&1"_s);
+        QByteArray photo = separator + QByteArray("\0\r\n--\xff\xd8%1\0", 10);
+        for (int i = 0; i < 100000; ++i)
+            photo += static_cast<char>(i * 7 % 256);
+
+        upload(photo);
+        QTRY_COMPARE(m_recorder->calls(), QStringList{u"completion groups [1]"_s});
+
+        const RawServer::Request request = m_server->requests().constFirst();
+        const QByteArray system = (QSysInfo::productType() + u"- "_s + QSysInfo::productVersion()).toUtf8();
+        const QByteArray body = separator + field("appName", "Brevanto-2.3+b%261") + field("osName", system)
+            + field("phoneModel", "Desktop") + field("username", "dummy")
+            + filePart("uploadedfile", "image.jpg", photo);
+        QCOMPARE(request.body.size(), body.size());
+        QVERIFY(request.body == body);
+        QVERIFY(request.raw.startsWith("POST /image/upload HTTP/1.1\r\n"));
+        QVERIFY(request.raw.endsWith("\r\n\r\n" + body));
+        QCOMPARE(request.headers.value("content-type"),
+                 QByteArray("multipart/form-data; boundary=14737809831466499882746641449"));
+        QCOMPARE(request.headers.value("content-length"), QByteArray::number(body.size()));
+        QVERIFY(!request.headers.contains("transfer-encoding"));
+        QVERIFY(!request.headers.contains("expect"));
+
+        QCoreApplication::setApplicationVersion({});
+        m_manager->postCapturedImageData("jpeg", nullptr, nullptr);
+        QTRY_COMPARE(m_server->requestCount(), 2);
+        QVERIFY(m_server->requests().constLast().body.contains(field("appName", "Brevanto-%28null%29")));
+    }
+
+    void postsBodies_data()
+    {
+        addColumns<bool, QByteArray, QByteArray, qint32, QByteArray, QByteArray>("withFields", "image", "file", "code",
+                                                                                 "contentType", "body");
+        const QByteArray multipart = "multipart/form-data; boundary=14737809831466499882746641449";
+        const QByteArray form = "application/x-www-form-urlencoded";
+        QTest::newRow("form") << true << QByteArray() << QByteArray() << 4 << form << QByteArray("k=\xc3\xa9&n=7");
+        QTest::newRow("no fields") << false << QByteArray() << QByteArray() << 4 << form << QByteArray();
+        QTest::newRow("log") << true << QByteArray() << QByteArray("line") << 3 << multipart
+                             << separator + field("k", "\xc3\xa9") + filePart("log", "log.txt", "line");
+        QTest::newRow("empty log") << false << QByteArray() << QByteArray("") << 3 << multipart
+                                   << separator + filePart("log", "log.txt", "");
+        QTest::newRow("image wins over log") << false << QByteArray("i") << QByteArray("l") << 4 << multipart
+                                             << separator + filePart("uploadedfile", "image.jpg", "i");
+        QTest::newRow("image of another call") << false << QByteArray("i") << QByteArray() << 0 << multipart
+                                               << separator + filePart("(null)", "image.jpg", "i");
+    }
+    void postsBodies()
+    {
+        QFETCH(bool, withFields);
+        QFETCH(QByteArray, image);
+        QFETCH(QByteArray, file);
+        QFETCH(qint32, code);
+        const auto params = recordedParams();
+        params->setPartialURL(u"post/here"_s);
+        params->setApiRequestType(BrevantoAPIRequestTypePost);
+        params->setApiRequestCode(code);
+        if (withFields)
+            params->setParamsDict(QVariantMap{{u"k"_s, u"é"_s}, {u"n"_s, 7}});
+        if (!image.isNull())
+            params->setImageData(image);
+        if (!file.isNull())
+            params->setFileData(file);
+        m_manager->requestWithParams(params);
+        QTRY_COMPARE(m_server->requestCount(), 1);
+        const RawServer::Request request = m_server->requests().constFirst();
+        QCOMPARE(request.method, QByteArray("POST"));
+        QCOMPARE(request.target, QByteArray("/post/here"));
+        QTEST(request.headers.value("content-type"), "contentType");
+        QTEST(request.body, "body");
+    }
+
+    void addressesGets_data()
+    {
+        QTest::addColumn<QString>("partialURL");
+        QTest::addColumn<QString>("path"); // of a complete address
+        addColumns<QVariantMap, QByteArray>("params", "target");
+        const QVariantMap one{{u"ad_id"_s, u"a+b%26%C3%A9"_s}};
+        QTest::newRow("service") << u"ads/getAd"_s << QString() << one << QByteArray("/ads/getAd?ad_id=a+b%26%C3%A9");
+        QTest::newRow("service, one slash in between")
+            << u"/ads/getAd"_s << QString() << one << QByteArray("/ads/getAd?ad_id=a+b%26%C3%A9");
+        QTest::newRow("service, empty dictionary")
+            << u"ads/getAd"_s << QString() << QVariantMap() << QByteArray("/ads/getAd");
+        QTest::newRow("service wins") << u"ads/getAd"_s << u"/other"_s << QVariantMap() << QByteArray("/ads/getAd");
+        QTest::newRow("elsewhere") << QString() << u"/i/a.png?x=1&y=%2F#f"_s << QVariantMap()
+                                   << QByteArray("/i/a.png?x=1&y=%2F");
+        QTest::newRow("elsewhere, blank and umlaut")
+            << QString() << u"/my ad/größe.png"_s << QVariantMap() << QByteArray("/my%20ad/gr%C3%B6%C3%9Fe.png");
+        QTest::newRow("elsewhere, stray percent sign")
+            << QString() << u"/100%/a.png"_s << QVariantMap() << QByteArray("/100%25/a.png");
+    }
+    void addressesGets()
+    {
+        QFETCH(QString, partialURL);
+        QFETCH(QString, path);
+        QFETCH(QVariantMap, params);
+        const auto description = recordedParams();
+        description->setPartialURL(partialURL);
+        if (!path.isNull())
+            description->setSeparateURL(m_server->url(path));
+        description->setParamsDict(params);
+        m_manager->apiCallWithParams(description);
+        QTRY_COMPARE(m_server->requestCount(), 1);
+        const RawServer::Request request = m_server->requests().constFirst();
+        QCOMPARE(request.method, QByteArray("GET"));
+        QTEST(request.target, "target");
+        QVERIFY(!request.headers.contains("content-type"));
+        QCOMPARE(request.body, QByteArray());
+    }
+
+    void completesOnTheSessionThread()
+    {
+        m_manager->getMeta(u"a b&c"_s, 0, m_recorder->completion<std::shared_ptr<BrevantoMatch>>(),
+                           m_recorder->failure());
+        m_manager->getImage(m_server->url(u"/a.png"_s), m_recorder->completion<Platform::Image>(),
+                            m_recorder->failure());
+        m_manager->getImage(u"ftp://nowhere"_s, m_recorder->completion<Platform::Image>(), m_recorder->failure());
+        m_manager->getShortenedURLFor(u"http://long/?a b"_s, m_recorder->completion<QString>(), m_recorder->failure());
+        upload("jpeg");
+        QTRY_COMPARE(m_recorder->calls().size(), 5);
+        QStringList calls = m_recorder->calls();
+        calls.sort();
+        QCOMPARE(calls,
+                 QStringList({u"completion groups [1]"_s, u"completion image 4x2"_s, u"completion match T"_s,
+                              u"completion url http://s/1"_s, u"failure UnsupportedURL"_s}));
+        QCOMPARE(m_recorder->threads().size(), 1);
+        QVERIFY(!m_recorder->threads().contains(QThread::currentThread()));
+
+        QSet<QByteArray> targets;
+        for (const RawServer::Request &request : m_server->requests())
+            targets.insert(request.target);
+        QVERIFY(targets.contains("/ads/getAd?ad_id=a+b%26c"));
+        QVERIFY(targets.contains("/v3/shorten?access_token=3f9d27c1b6a04e58d2c7f1a9e0b3d6c85a2e4f71"
+                                 "&longUrl=http%3A%2F%2Flong%2F%3Fa+b"));
+    }
+
+    void limitsAnswers_data()
+    {
+        addColumns<bool, int, int, QString>("isImage", "size", "status", "call");
+        constexpr int mebibyte = 1024 * 1024;
+        QTest::newRow("what is parsed") << false << 8 * mebibyte << 200 << u"completion groups [1]"_s;
+        QTest::newRow("whatever its status") << false << 0 << 500 << u"completion groups [1]"_s;
+        QTest::newRow("too much to parse") << false << 8 * mebibyte + 1 << 200 << u"failure TooLarge"_s;
+        QTest::newRow("picture") << true << 16 * mebibyte << 200 << u"completion image 4x2"_s;
+        QTest::newRow("picture too large") << true << 16 * mebibyte + 1 << 200 << u"failure TooLarge"_s;
+    }
+    void limitsAnswers()
+    {
+        QFETCH(bool, isImage);
+        QFETCH(int, size);
+        QFETCH(int, status);
+        const QByteArray body = isImage ? TestImages::png(TestImages::quarters({4, 2}))
+                                        : QByteArray(R"({"status":{"code":0},"matches":[{"app_img":"a"}]})");
+        m_server->setAnswer({.status = status, .body = body.leftJustified(size, ' ')});
+        if (isImage)
+            m_manager->getImage(m_server->url(), m_recorder->completion<Platform::Image>(), m_recorder->failure());
+        else
+            upload("jpeg");
+        QTRY_COMPARE(m_recorder->calls().size(), 1);
+        QTEST(m_recorder->calls().constFirst(), "call");
+    }
+
+    void failsWithTheTransportError()
+    {
+        for (const qint32 type : {BrevantoAPIRequestTypeGet, BrevantoAPIRequestTypePost}) {
+            const auto params = recordedParams();
+            params->setSeparateURL({});
+            params->setApiRequestType(type);
+            params->setApiRequestCode(BrevantoAPIRequestCodeImage);
+            m_manager->apiCallWithParams(params);
+            QTRY_COMPARE(m_recorder->calls().value(type), u"failure BadURL"_s);
+        }
+        m_manager->getImage(RawServer().url(), m_recorder->completion<Platform::Image>(), m_recorder->failure());
+        QTRY_COMPARE(m_recorder->calls().value(2), u"failure CannotConnect"_s); // nobody listens there any more
+    }
+
+    void timesOutAfterTenSeconds_data() { addBothRows("isUpload", "metadata", "upload"); }
+    void timesOutAfterTenSeconds()
+    {
+        QFETCH(bool, isUpload);
+        ManualClock clock;
+        m_server->setAnswer(RawServer::Answer::stall());
+        if (isUpload)
+            upload("jpeg");
+        else
+            m_manager->getMeta(u"1"_s, 0, m_recorder->completion<std::shared_ptr<BrevantoMatch>>(),
+                               m_recorder->failure());
+        QTRY_COMPARE(m_server->requestCount(), 1);
+        QTRY_COMPARE(clock.pendingCount(), 1);
+        clock.advance(9999ms);
+        QCOMPARE(clock.pendingCount(), 1);
+        clock.advance(1ms);
+        QTRY_COMPARE(m_recorder->calls(), QStringList{u"failure TimedOut"_s});
+    }
+
+    void callsBackAtOnceForEmptyInput()
+    {
+        for (const QString &empty : {QString(), u""_s}) {
+            CallRecorder recorder;
+            m_manager->getMeta(empty, 0, recorder.completion<std::shared_ptr<BrevantoMatch>>(), recorder.failure());
+            m_manager->getImage(empty, recorder.completion<Platform::Image>(), recorder.failure());
+            m_manager->getShortenedURLFor(empty, recorder.completion<QString>(), recorder.failure());
+            QCOMPARE(recorder.calls(), QStringList({u"failure nil"_s, u"completion nil"_s, u"completion nil"_s}));
+            m_manager->getMeta(empty, 0, nullptr, nullptr);
+            m_manager->getImage(empty, nullptr, nullptr);
+            m_manager->getShortenedURLFor(empty, nullptr, nullptr);
+        }
+        QCOMPARE(m_server->requestCount(), 0);
+    }
+
+    void callsNothing()
+    {
+        for (const qint32 type : {2, -1}) {
+            auto params = recordedParams();
+            params->setApiRequestType(type);
+            params->setPartialURL(u"ads/getAd"_s);
+            const std::weak_ptr<QuillfernServerParamsObject> isInUse = params;
+            m_manager->requestWithParams(std::move(params));
+            // The manager lets go of a description when it is done with it.
+            QTRY_VERIFY(isInUse.expired());
+        }
+        QCOMPARE(m_server->requestCount(), 0);
+        QCOMPARE(m_recorder->calls(), QStringList());
+    }
+
+    void asksTheNetworkEachTime()
+    {
+        for (int i = 1; i <= 2; ++i) {
+            m_manager->getMeta(u"42"_s, 0, m_recorder->completion<std::shared_ptr<BrevantoMatch>>(),
+                               m_recorder->failure());
+            QTRY_COMPARE(m_recorder->calls().size(), i);
+        }
+        QCOMPARE(m_server->requestCount(), 2);
+    }
 
 private:
-    std::shared_ptr<QuillfernServerParamsObject> recordedParams();
+    std::shared_ptr<QuillfernServerParamsObject> recordedParams()
+    {
+        const auto params = std::make_shared<QuillfernServerParamsObject>();
+        params->setCompletionBlock(m_recorder->completion<BrevantoServerResult>());
+        params->setFailureBlock(m_recorder->failure());
+        return params;
+    }
+
+    void upload(const QByteArray &photo)
+    {
+        m_manager->postCapturedImageData(photo, m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
+                                         m_recorder->failure());
+    }
 
     std::unique_ptr<RawServer> m_server;
     std::unique_ptr<ServiceAddress::Override> m_address;
     std::unique_ptr<CallRecorder> m_recorder;
     std::shared_ptr<BrevantoServerManager> m_manager;
 };
-
-void tst_ServerCalls::init()
-{
-    m_server = std::make_unique<RawServer>();
-    m_server->setHandler(answerEverything);
-    m_address = std::make_unique<ServiceAddress::Override>(m_server->url(QString()));
-    m_recorder = std::make_unique<CallRecorder>();
-    m_manager = BrevantoServerManager::create();
-}
-
-void tst_ServerCalls::cleanup()
-{
-    m_manager.reset();
-    m_recorder.reset();
-    m_address.reset();
-    m_server.reset();
-}
-
-std::shared_ptr<QuillfernServerParamsObject> tst_ServerCalls::recordedParams()
-{
-    const auto params = std::make_shared<QuillfernServerParamsObject>();
-    params->setCompletionBlock(m_recorder->completion<BrevantoServerResult>());
-    params->setFailureBlock(m_recorder->failure());
-    return params;
-}
-
-void tst_ServerCalls::uploadsThePhotoByteForByte()
-{
-    QCoreApplication::setApplicationVersion(QStringLiteral("2.3 b&1"));
-    QByteArray photo = separator + QByteArray("\0\r\n--\xff\xd8%1\0", 10);
-    for (int i = 0; i < 100000; ++i)
-        photo += static_cast<char>(i * 7 % 256);
-
-    m_manager->postCapturedImageData(photo, m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
-                                     m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls(), QStringList{QStringLiteral("completion groups [1]")});
-
-    const RawServer::Request request = m_server->requests().constFirst();
-    const QByteArray system = (QSysInfo::productType() + QStringLiteral("- ") + QSysInfo::productVersion()).toUtf8();
-    const QByteArray body = separator + field("appName", "Brevanto-2.3+b%261") + field("osName", system)
-        + field("phoneModel", "Desktop") + field("username", "dummy") + filePart("uploadedfile", "image.jpg", photo);
-    QCOMPARE(request.body.size(), body.size());
-    QVERIFY(request.body == body);
-    QVERIFY(request.raw.startsWith("POST /image/upload HTTP/1.1\r\n"));
-    QVERIFY(request.raw.endsWith("\r\n\r\n" + body));
-    QCOMPARE(request.headers.value("content-type"),
-             QByteArray("multipart/form-data; boundary=14737809831466499882746641449"));
-    QCOMPARE(request.headers.value("content-length"), QByteArray::number(body.size()));
-    QVERIFY(!request.headers.contains("transfer-encoding"));
-    QVERIFY(!request.headers.contains("expect"));
-
-    QCoreApplication::setApplicationVersion({});
-    m_manager->postCapturedImageData("jpeg", nullptr, nullptr);
-    QTRY_COMPARE(m_server->requestCount(), 2);
-    QVERIFY(m_server->requests().constLast().body.contains(field("appName", "Brevanto-%28null%29")));
-}
-
-void tst_ServerCalls::postsBodies_data()
-{
-    QTest::addColumn<bool>("withFields");
-    QTest::addColumn<QByteArray>("image");
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<qint32>("code");
-    QTest::addColumn<QByteArray>("contentType");
-    QTest::addColumn<QByteArray>("body");
-    const QByteArray multipart = "multipart/form-data; boundary=14737809831466499882746641449";
-    const QByteArray form = "application/x-www-form-urlencoded";
-    QTest::newRow("form") << true << QByteArray() << QByteArray() << 4 << form << QByteArray("k=\xc3\xa9&n=7");
-    QTest::newRow("no fields") << false << QByteArray() << QByteArray() << 4 << form << QByteArray();
-    QTest::newRow("log") << true << QByteArray() << QByteArray("line") << 3 << multipart
-                         << separator + field("k", "\xc3\xa9") + filePart("log", "log.txt", "line");
-    QTest::newRow("empty log") << false << QByteArray() << QByteArray("") << 3 << multipart
-                               << separator + filePart("log", "log.txt", "");
-    QTest::newRow("image wins over log") << false << QByteArray("i") << QByteArray("l") << 4 << multipart
-                                         << separator + filePart("uploadedfile", "image.jpg", "i");
-    QTest::newRow("image of another call") << false << QByteArray("i") << QByteArray() << 0 << multipart
-                                           << separator + filePart("(null)", "image.jpg", "i");
-}
-
-void tst_ServerCalls::postsBodies()
-{
-    QFETCH(bool, withFields);
-    QFETCH(QByteArray, image);
-    QFETCH(QByteArray, file);
-    QFETCH(qint32, code);
-    const auto params = recordedParams();
-    params->setPartialURL(QStringLiteral("post/here"));
-    params->setApiRequestType(BrevantoAPIRequestTypePost);
-    params->setApiRequestCode(code);
-    if (withFields)
-        params->setParamsDict(QVariantMap{{QStringLiteral("k"), QStringLiteral("é")}, {QStringLiteral("n"), 7}});
-    if (!image.isNull())
-        params->setImageData(image);
-    if (!file.isNull())
-        params->setFileData(file);
-    m_manager->requestWithParams(params);
-    QTRY_COMPARE(m_server->requestCount(), 1);
-    const RawServer::Request request = m_server->requests().constFirst();
-    QCOMPARE(request.method, QByteArray("POST"));
-    QCOMPARE(request.target, QByteArray("/post/here"));
-    QTEST(request.headers.value("content-type"), "contentType");
-    QTEST(request.body, "body");
-}
-
-void tst_ServerCalls::addressesGets_data()
-{
-    QTest::addColumn<QString>("partialURL");
-    QTest::addColumn<QString>("path"); // of a complete address
-    QTest::addColumn<QVariantMap>("params");
-    QTest::addColumn<QByteArray>("target");
-    const QVariantMap one{{QStringLiteral("ad_id"), QStringLiteral("a+b%26%C3%A9")}};
-    QTest::newRow("service") << QStringLiteral("ads/getAd") << QString() << one
-                             << QByteArray("/ads/getAd?ad_id=a+b%26%C3%A9");
-    QTest::newRow("service, one slash in between")
-        << QStringLiteral("/ads/getAd") << QString() << one << QByteArray("/ads/getAd?ad_id=a+b%26%C3%A9");
-    QTest::newRow("service, empty dictionary")
-        << QStringLiteral("ads/getAd") << QString() << QVariantMap() << QByteArray("/ads/getAd");
-    QTest::newRow("service wins") << QStringLiteral("ads/getAd") << QStringLiteral("/other") << QVariantMap()
-                                  << QByteArray("/ads/getAd");
-    QTest::newRow("elsewhere") << QString() << QStringLiteral("/i/a.png?x=1&y=%2F#f") << QVariantMap()
-                               << QByteArray("/i/a.png?x=1&y=%2F");
-    QTest::newRow("elsewhere, blank and umlaut") << QString() << QStringLiteral("/my ad/größe.png") << QVariantMap()
-                                                 << QByteArray("/my%20ad/gr%C3%B6%C3%9Fe.png");
-    QTest::newRow("elsewhere, stray percent sign")
-        << QString() << QStringLiteral("/100%/a.png") << QVariantMap() << QByteArray("/100%25/a.png");
-}
-
-void tst_ServerCalls::addressesGets()
-{
-    QFETCH(QString, partialURL);
-    QFETCH(QString, path);
-    QFETCH(QVariantMap, params);
-    const auto description = recordedParams();
-    description->setPartialURL(partialURL);
-    if (!path.isNull())
-        description->setSeparateURL(m_server->url(path));
-    description->setParamsDict(params);
-    m_manager->apiCallWithParams(description);
-    QTRY_COMPARE(m_server->requestCount(), 1);
-    const RawServer::Request request = m_server->requests().constFirst();
-    QCOMPARE(request.method, QByteArray("GET"));
-    QTEST(request.target, "target");
-    QVERIFY(!request.headers.contains("content-type"));
-    QCOMPARE(request.body, QByteArray());
-}
-
-void tst_ServerCalls::completesOnTheSessionThread()
-{
-    m_manager->getMeta(QStringLiteral("a b&c"), 0, m_recorder->completion<std::shared_ptr<BrevantoMatch>>(),
-                       m_recorder->failure());
-    m_manager->getImage(m_server->url(QStringLiteral("/a.png")), m_recorder->completion<Platform::Image>(),
-                        m_recorder->failure());
-    m_manager->getImage(QStringLiteral("ftp://nowhere"), m_recorder->completion<Platform::Image>(),
-                        m_recorder->failure());
-    m_manager->getShortenedURLFor(QStringLiteral("http://long/?a b"), m_recorder->completion<QString>(),
-                                  m_recorder->failure());
-    m_manager->postCapturedImageData("jpeg", m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
-                                     m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls().size(), 5);
-    QStringList calls = m_recorder->calls();
-    calls.sort();
-    QCOMPARE(calls,
-             QStringList({QStringLiteral("completion groups [1]"), QStringLiteral("completion image 4x2"),
-                          QStringLiteral("completion match T"), QStringLiteral("completion url http://s/1"),
-                          QStringLiteral("failure UnsupportedURL")}));
-    QCOMPARE(m_recorder->threads().size(), 1);
-    QVERIFY(!m_recorder->threads().contains(QThread::currentThread()));
-
-    QSet<QByteArray> targets;
-    for (const RawServer::Request &request : m_server->requests())
-        targets.insert(request.target);
-    QVERIFY(targets.contains("/ads/getAd?ad_id=a+b%26c"));
-    QVERIFY(targets.contains("/v3/shorten?access_token=3f9d27c1b6a04e58d2c7f1a9e0b3d6c85a2e4f71"
-                             "&longUrl=http%3A%2F%2Flong%2F%3Fa+b"));
-}
-
-void tst_ServerCalls::limitsAnswers_data()
-{
-    QTest::addColumn<bool>("isImage");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QString>("call");
-    constexpr int mebibyte = 1024 * 1024;
-    QTest::newRow("what is parsed") << false << 8 * mebibyte << QStringLiteral("completion groups [1]");
-    QTest::newRow("too much to parse") << false << 8 * mebibyte + 1 << QStringLiteral("failure TooLarge");
-    QTest::newRow("picture") << true << 16 * mebibyte << QStringLiteral("completion image 4x2");
-    QTest::newRow("picture too large") << true << 16 * mebibyte + 1 << QStringLiteral("failure TooLarge");
-}
-
-void tst_ServerCalls::limitsAnswers()
-{
-    QFETCH(bool, isImage);
-    QFETCH(int, size);
-    const QByteArray body = isImage ? TestImages::png(TestImages::quarters({4, 2}))
-                                    : QByteArray(R"({"status":{"code":0},"matches":[{"app_img":"a"}]})");
-    m_server->setAnswer({.body = body.leftJustified(size, ' ')});
-    if (isImage)
-        m_manager->getImage(m_server->url(), m_recorder->completion<Platform::Image>(), m_recorder->failure());
-    else
-        m_manager->postCapturedImageData("jpeg", m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
-                                         m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls().size(), 1);
-    QTEST(m_recorder->calls().constFirst(), "call");
-}
-
-void tst_ServerCalls::takesTheBodyOfAnyStatus()
-{
-    RawServer::Answer answer = RawServer::Answer::json(R"({"status":{"code":0},"matches":[]})");
-    answer.status = 500;
-    m_server->setAnswer(answer);
-    m_manager->postCapturedImageData("jpeg", m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
-                                     m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls(), QStringList{QStringLiteral("completion groups []")});
-}
-
-void tst_ServerCalls::failsWithTheTransportError_data()
-{
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<qint32>("type");
-    QTest::addColumn<QString>("call");
-    QTest::newRow("GET without an address") << QString() << 0 << QStringLiteral("failure BadURL");
-    QTest::newRow("POST without an address") << QString() << 1 << QStringLiteral("failure BadURL");
-}
-
-void tst_ServerCalls::failsWithTheTransportError()
-{
-    QFETCH(QString, url);
-    QFETCH(qint32, type);
-    const auto params = recordedParams();
-    params->setSeparateURL(url);
-    params->setApiRequestType(type);
-    params->setApiRequestCode(BrevantoAPIRequestCodeImage);
-    m_manager->apiCallWithParams(params);
-    QTRY_COMPARE(m_recorder->calls().size(), 1);
-    QTEST(m_recorder->calls().constFirst(), "call");
-}
-
-void tst_ServerCalls::failsWhenNobodyListens()
-{
-    const QString gone = RawServer().url();
-    m_manager->getImage(gone, m_recorder->completion<Platform::Image>(), m_recorder->failure());
-    QTRY_COMPARE(m_recorder->calls(), QStringList{QStringLiteral("failure CannotConnect")});
-}
-
-void tst_ServerCalls::timesOutAfterTenSeconds_data()
-{
-    QTest::addColumn<bool>("isUpload");
-    QTest::newRow("metadata") << false;
-    QTest::newRow("upload") << true;
-}
-
-void tst_ServerCalls::timesOutAfterTenSeconds()
-{
-    QFETCH(bool, isUpload);
-    ManualClock clock;
-    m_server->setAnswer(RawServer::Answer::stall());
-    if (isUpload) {
-        m_manager->postCapturedImageData("jpeg", m_recorder->completion<std::optional<BrevantoMatchGroupList>>(),
-                                         m_recorder->failure());
-    } else {
-        m_manager->getMeta(QStringLiteral("1"), 0, m_recorder->completion<std::shared_ptr<BrevantoMatch>>(),
-                           m_recorder->failure());
-    }
-    QTRY_COMPARE(m_server->requestCount(), 1);
-    QTRY_COMPARE(clock.pendingCount(), 1);
-    clock.advance(9999ms);
-    QCOMPARE(clock.pendingCount(), 1);
-    clock.advance(1ms);
-    QTRY_COMPARE(m_recorder->calls(), QStringList{QStringLiteral("failure TimedOut")});
-}
-
-void tst_ServerCalls::callsBackAtOnceForEmptyInput()
-{
-    for (const QString &empty : {QString(), QStringLiteral("")}) {
-        CallRecorder recorder;
-        m_manager->getMeta(empty, 0, recorder.completion<std::shared_ptr<BrevantoMatch>>(), recorder.failure());
-        m_manager->getImage(empty, recorder.completion<Platform::Image>(), recorder.failure());
-        m_manager->getShortenedURLFor(empty, recorder.completion<QString>(), recorder.failure());
-        QCOMPARE(recorder.calls(),
-                 QStringList({QStringLiteral("failure nil"), QStringLiteral("completion nil"),
-                              QStringLiteral("completion nil")}));
-        m_manager->getMeta(empty, 0, nullptr, nullptr);
-        m_manager->getImage(empty, nullptr, nullptr);
-        m_manager->getShortenedURLFor(empty, nullptr, nullptr);
-    }
-    QCOMPARE(m_server->requestCount(), 0);
-}
-
-void tst_ServerCalls::callsNothing_data()
-{
-    QTest::addColumn<qint32>("type");
-    QTest::addColumn<bool>("isForService");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<int>("requestCount");
-    QTest::newRow("rejected metadata") << 0 << true << rejectedAnswer << 1;
-    QTest::newRow("code without a meaning elsewhere") << 0 << false << metaAnswer << 1;
-    QTest::newRow("type 2") << 2 << true << metaAnswer << 0;
-    QTest::newRow("type -1") << -1 << false << metaAnswer << 0;
-}
-
-void tst_ServerCalls::callsNothing()
-{
-    QFETCH(qint32, type);
-    QFETCH(bool, isForService);
-    QFETCH(QByteArray, body);
-    m_server->setAnswer(RawServer::Answer::json(body));
-    auto params = recordedParams();
-    params->setApiRequestType(type);
-    if (isForService)
-        params->setPartialURL(QStringLiteral("ads/getAd"));
-    else
-        params->setSeparateURL(m_server->url());
-    const std::weak_ptr<QuillfernServerParamsObject> isInUse = params;
-    m_manager->requestWithParams(std::move(params));
-    // The manager lets go of a description when it is done with it.
-    QTRY_VERIFY(isInUse.expired());
-    QTEST(m_server->requestCount(), "requestCount");
-    QCOMPARE(m_recorder->calls(), QStringList());
-}
-
-void tst_ServerCalls::asksTheNetworkEachTime()
-{
-    for (int i = 1; i <= 2; ++i) {
-        m_manager->getMeta(QStringLiteral("42"), 0, m_recorder->completion<std::shared_ptr<BrevantoMatch>>(),
-                           m_recorder->failure());
-        QTRY_COMPARE(m_recorder->calls().size(), i);
-    }
-    QCOMPARE(m_server->requestCount(), 2);
-}
 
 QTEST_GUILESS_MAIN(tst_ServerCalls)
 #include "tst_ServerCalls.moc"

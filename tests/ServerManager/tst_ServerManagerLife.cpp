@@ -2,7 +2,6 @@
 
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/ServerManager/ServiceAddress.h"
-#include "Platform/Foundation/DispatchQueue.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -14,78 +13,73 @@
 #include <latch>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 // What concerns the whole process is done by copies of this program.
 class tst_ServerManagerLife : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void leavesWithRequestsRunning_data();
-    void leavesWithRequestsRunning();
-    void worksWhenThreadsRaceForIt();
-    void mayGoInsideACompletion();
-    void workQueueIsReplacedWhileInUse();
-};
-
-void tst_ServerManagerLife::leavesWithRequestsRunning_data()
-{
-    QTest::addColumn<QString>("way");
-    QTest::newRow("main returns") << QStringLiteral("return");
-    QTest::newRow("exit") << QStringLiteral("exit");
-    QTest::newRow("exit while the host holds the session") << QStringLiteral("hold");
-}
-
-void tst_ServerManagerLife::leavesWithRequestsRunning()
-{
-    QFETCH(QString, way);
-    RawServer server;
-    server.setAnswer(RawServer::Answer::stall());
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--leave"), way, server.url(QString())});
-    QTRY_COMPARE(server.requestCount(), 2);
-    process.write("\n");
-    process.closeWriteChannel();
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
-}
-
-void tst_ServerManagerLife::worksWhenThreadsRaceForIt()
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--race")});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
-}
-
-void tst_ServerManagerLife::mayGoInsideACompletion()
-{
-    RawServer server;
-    auto manager = BrevantoServerManager::create();
-    const std::weak_ptr<BrevantoServerManager> isAlive = manager;
-    std::atomic<bool> isDone = false;
-    manager->getImage(server.url(), nullptr, [&](const std::optional<Platform::URLError> &) {
-        manager.reset();
-        isDone = true;
-    });
-    QTRY_VERIFY(isDone);
-    QTRY_VERIFY(isAlive.expired());
-}
-
-void tst_ServerManagerLife::workQueueIsReplacedWhileInUse()
-{
-    RawServer server;
-    const auto manager = BrevantoServerManager::create();
-    std::atomic<int> answers = 0;
-    for (int i = 0; i < 20; ++i) {
-        manager->getImage(server.url(), nullptr, [&](const std::optional<Platform::URLError> &) { ++answers; });
-        BrevantoServerManager::create();
+    void leavesWithRequestsRunning_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("main returns") << u"return"_s;
+        QTest::newRow("exit") << u"exit"_s;
+        QTest::newRow("exit while the host holds the session") << u"hold"_s;
     }
-    QTRY_COMPARE(answers, 20);
-}
+    void leavesWithRequestsRunning()
+    {
+        QFETCH(QString, way);
+        RawServer server;
+        server.setAnswer(RawServer::Answer::stall());
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(QCoreApplication::applicationFilePath(), {u"--leave"_s, way, server.url(QString())});
+        QTRY_COMPARE(server.requestCount(), 2);
+        process.write("\n");
+        process.closeWriteChannel();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
+    }
+
+    void worksWhenThreadsRaceForIt()
+    {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(QCoreApplication::applicationFilePath(), {u"--race"_s});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
+    }
+
+    void mayGoInsideACompletion()
+    {
+        RawServer server;
+        auto manager = BrevantoServerManager::create();
+        const std::weak_ptr<BrevantoServerManager> isAlive = manager;
+        std::atomic<bool> isDone = false;
+        manager->getImage(server.url(), nullptr, [&](const std::optional<Platform::URLError> &) {
+            manager.reset();
+            isDone = true;
+        });
+        QTRY_VERIFY(isDone);
+        QTRY_VERIFY(isAlive.expired());
+    }
+
+    void workQueueIsReplacedWhileInUse()
+    {
+        RawServer server;
+        const auto manager = BrevantoServerManager::create();
+        std::atomic<int> answers = 0;
+        for (int i = 0; i < 20; ++i) {
+            manager->getImage(server.url(), nullptr, [&](const std::optional<Platform::URLError> &) { ++answers; });
+            BrevantoServerManager::create();
+        }
+        QTRY_COMPARE(answers, 20);
+    }
+};
 
 namespace
 {
@@ -142,7 +136,7 @@ int race(int argc, char *argv[])
         return 1;
     std::atomic<int> answers = 0;
     for (const auto &manager : given)
-        manager->getMeta(QStringLiteral("1"), 1, nullptr, [&answers](const auto &) { ++answers; });
+        manager->getMeta(u"1"_s, 1, nullptr, [&answers](const auto &) { ++answers; });
     return QTest::qWaitFor([&answers] { return answers == threadCount; }) ? 0 : 1;
 }
 

@@ -6,6 +6,8 @@
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 
+using namespace Qt::StringLiterals;
+
 namespace TestSupport
 {
 
@@ -24,15 +26,15 @@ QJsonObject HttpAnswer::json() const
 
 int HttpAnswer::code() const
 {
-    return json().value(QStringLiteral("status")).toObject().value(QStringLiteral("code")).toInt(-1);
+    return json().value(u"status"_s).toObject().value(u"code"_s).toInt(-1);
 }
 
 ServiceProcess::ServiceProcess(const QStringList &arguments, const QString &catalogue)
 {
     static const QTemporaryDir cache;
-    QStringList all = {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--cache"), cache.path()};
+    QStringList all = {u"--port"_s, u"0"_s, u"--cache"_s, cache.path()};
     if (!catalogue.isEmpty())
-        all << QStringLiteral("--catalogue") << catalogue;
+        all << u"--catalogue"_s << catalogue;
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QStringLiteral(MATCH_SERVICE_PROGRAM), all + arguments);
     while (m_process.state() != QProcess::NotRunning && !m_process.canReadLine()) {
@@ -62,7 +64,7 @@ int ServiceProcess::end()
 
 RawClient::RawClient(quint16 port)
 {
-    m_socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+    m_socket.connectToHost(u"127.0.0.1"_s, port);
     m_socket.waitForConnected(patience);
 }
 
