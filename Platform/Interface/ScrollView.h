@@ -44,7 +44,6 @@ public:
     View *contentView() const { return m_content; }
 
     // Of the content that pages, a whole number of frame widths wide; to be set again when the width changes.
-    QSizeF contentSize() const { return m_contentSize; }
     void setContentSize(const QSizeF &size);
 
     // Of the content that pages: what is at the left edge, on the way too.
@@ -55,19 +54,14 @@ public:
     void setContentOffset(const QPointF &offset, bool animated);
 
     // False unless set, which is to be done before the view is visible for the first time.
-    bool isPagingEnabled() const { return m_isPagingEnabled; }
     void setPagingEnabled(bool enabled) { m_isPagingEnabled = enabled; }
     // True unless set otherwise.
-    bool isScrollEnabled() const { return m_isScrollEnabled; }
     void setScrollEnabled(bool enabled);
     // Whether a touch waits a moment, in case it becomes a drag, before the content gets it. True unless set otherwise.
-    bool delaysContentTouches() const { return m_delaysContentTouches; }
     void setDelaysContentTouches(bool delays);
 
     // Both 1 unless set.
-    qreal minimumZoomScale() const { return m_minimumZoomScale; }
     void setMinimumZoomScale(qreal scale);
-    qreal maximumZoomScale() const { return m_maximumZoomScale; }
     void setMaximumZoomScale(qreal scale);
     qreal zoomScale() const;
     // Kept between the two.
