@@ -138,7 +138,7 @@ private Q_SLOTS:
             [&](bool isFinished) { told.append(isFinished); });
         if (isDelayed) {
             m_clock->advance(999ms);
-            QCoreApplication::processEvents();
+            QTest::qWait(50); // some frames
             QCOMPARE(view->opacity(), 1.0);
             m_clock->advance(1s);
             QVERIFY(told.isEmpty());
