@@ -155,9 +155,8 @@ void WindowDriver::focus(QQuickItem *item)
         const QQuickItem *list = m_window->activeFocusItem();
         while (list && !(list->inherits("QQuickItemView") && list->isAncestorOf(item)))
             list = list->parentItem();
-        const bool isInList = list != nullptr;
         const QQuickItem *before = m_window->activeFocusItem();
-        press(isInList ? Qt::Key_Down : Qt::Key_Tab);
+        press(!list ? Qt::Key_Tab : list->inherits("QQuickGridView") ? Qt::Key_Right : Qt::Key_Down);
         // A web page passes the focus on in its own time.
         (void)QTest::qWaitFor([&] { return m_window->activeFocusItem() != before; }, 300);
     }
