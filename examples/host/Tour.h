@@ -48,6 +48,7 @@ private:
     void choose(const QString &hotspot, const QString &option);
     void waitForPage();
     void leaveAd();
+    void pauseClip(const QString &hotspot);
 
     // Takes the picture, once nothing moves, and checks that every control on it can be called by name.
     void show(const char *name, const QString &caption);

@@ -225,11 +225,13 @@ QImage WindowDriver::picture() const
 
 void WindowDriver::settle() const
 {
+    // A movement that is about to begin shows the same picture twice.
+    constexpr int enough = 3;
     QImage last;
-    for (int i = 0; i < 20; ++i) {
+    int same = 1;
+    for (int i = 0; i < 30 && same < enough; ++i) {
         const QImage now = picture();
-        if (now == last)
-            return;
+        same = now == last ? same + 1 : 1;
         last = now;
         QTest::qWait(100);
     }
