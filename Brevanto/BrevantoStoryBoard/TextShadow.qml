@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 
 // The blurred shadow of a text, made of faint copies that scatter about its place like a bell curve. Where all of them
 // overlap the shadow is as dark as `color`.
@@ -16,8 +17,9 @@ Item {
     anchors.fill: parent
 
     Repeater {
-        // A label out of sight does without, which keeps long galleries light.
-        model: shadow.visible ? shadow.copies : 0
+        // A label out of sight does without, which keeps long galleries light. One that has left its window counts as
+        // visible for Qt.
+        model: shadow.visible && shadow.Window.window ? shadow.copies : 0
 
         Text {
             required property int index
