@@ -13,3 +13,5 @@
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/Utils/ImageResizeAndCrop.h"
 #include "Brevanto/Utils/ImageScale.h"
+#include "Platform/Foundation/Exception.h"
+#include "Platform/Foundation/NotificationCenter.h"
