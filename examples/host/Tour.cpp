@@ -321,7 +321,7 @@ void Tour::leaveAd()
 {
     m_user.settle();
     m_user.activate(QStringLiteral("Back"));
-    m_user.require([this] { return m_user.control(QStringLiteral("Back")) == nullptr; },
+    m_user.require([this] { return m_user.control(QStringLiteral("Information")) == nullptr; },
                    QStringLiteral("the ad screen did not go"));
 }
 
