@@ -1,12 +1,11 @@
 #include "Brevanto/BrevantoVersion.h"
 
-// The build says which version this is.
-#define TEXT_OF(value) #value
-#define TEXT(macro) TEXT_OF(macro)
+#include <QtGlobal>
 
 extern "C" {
 
-const char BrevantoVersionString[] = "@(#)PROGRAM:Brevanto  PROJECT:Brevanto-" TEXT(BREVANTO_PROJECT_VERSION) "\n";
+const char BrevantoVersionString[] =
+    "@(#)PROGRAM:Brevanto  PROJECT:Brevanto-" QT_STRINGIFY(BREVANTO_PROJECT_VERSION) "\n";
 
 const double BrevantoVersionNumber = BREVANTO_PROJECT_VERSION;
 }

@@ -54,6 +54,8 @@ private:
 // What a presenter has shown last; lives and dies with the presenter.
 class Shown final : public QObject
 {
+    Q_OBJECT
+
 public:
     explicit Shown(QObject *presenter)
         : QObject(presenter)
@@ -67,11 +69,7 @@ public:
 
     static Shown *of(const QObject *presenter)
     {
-        for (QObject *child : presenter->children()) {
-            if (auto *shown = dynamic_cast<Shown *>(child))
-                return shown;
-        }
-        return nullptr;
+        return presenter->findChild<Shown *>(QString(), Qt::FindDirectChildrenOnly);
     }
 
     // Null when nothing is shown.
@@ -102,7 +100,6 @@ void removePrevious(Shown *shown, std::shared_ptr<ViewController> next)
     if (popup && !overlay->isLeaving)
         popup->viewWillDisappear(false);
     overlay->remove(shown->popupView);
-    shown->background = nullptr;
     if (popup)
         popup->viewDidDisappear(false);
     // One of its own controls may have asked for the next popup.
@@ -178,12 +175,8 @@ void viewOut(Shown *shown, View *popupView, Overlay *overlay, AnimationCurve cur
                 return;
             if (overlay)
                 overlay->remove(popupView);
-            if (!guard)
-                return;
-            if (const std::shared_ptr<ViewController> popup = guard->popup)
+            if (const std::shared_ptr<ViewController> popup = guard ? guard->popup : nullptr)
                 popup->viewDidDisappear(false);
-            if (guard)
-                guard->background = nullptr;
         });
 }
 

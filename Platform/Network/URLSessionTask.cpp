@@ -27,7 +27,7 @@ std::optional<URLError> fault(const QUrl &url)
         return std::nullopt;
     const bool isOtherScheme =
         url.isValid() && url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https");
-    if (!url.isEmpty() && isOtherScheme)
+    if (isOtherScheme)
         return URLError{URLError::Code::UnsupportedURL, QStringLiteral("unsupported URL")};
     return URLError{URLError::Code::BadURL, QStringLiteral("bad URL")};
 }

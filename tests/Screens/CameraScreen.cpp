@@ -13,23 +13,6 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace
-{
-
-QQuickItem *itemWithText(QQuickItem *root, const QString &text)
-{
-    if (root->isVisible() && root->property("text").toString() == text)
-        return root;
-    const QList<QQuickItem *> children = root->childItems();
-    for (QQuickItem *child : children) {
-        if (QQuickItem *found = itemWithText(child, text))
-            return found;
-    }
-    return nullptr;
-}
-
-} // namespace
-
 CameraScreen::CameraScreen(const QSize &size)
     : window(size)
     , m_address(server.url(QString()))
@@ -109,7 +92,8 @@ bool CameraScreen::choose(const QString &buttonTitle)
         if (!shown)
             return true;
         // An alert that is still appearing takes no touches.
-        if (const QQuickItem *button = itemWithText(window.window()->contentItem(), buttonTitle))
+        if (const QQuickItem *button =
+                window.find([&](QQuickItem *item) { return item->property("text").toString() == buttonTitle; }))
             window.tap(button);
         return false;
     });

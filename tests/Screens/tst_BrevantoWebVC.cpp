@@ -48,17 +48,10 @@ RawServer::Answer shop(const RawServer::Request &request)
     return html(page("#ff0000", "/first"), 404);
 }
 
-QQuickItem *named(QQuickItem *root, const QString &name)
+bool isButton(QQuickItem *item, const QString &name)
 {
-    const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(root);
-    if (spoken && spoken->role() == QAccessible::Button && spoken->text(QAccessible::Name) == name && root->isVisible())
-        return root;
-    const QList<QQuickItem *> children = root->childItems();
-    for (QQuickItem *child : children) {
-        if (QQuickItem *found = named(child, name))
-            return found;
-    }
-    return nullptr;
+    const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(item);
+    return spoken && spoken->role() == QAccessible::Button && spoken->text(QAccessible::Name) == name;
 }
 
 // A browser and a telephone outside the application.
@@ -130,7 +123,10 @@ private:
     QColor pixel(qreal x, qreal y);
     void tapButton(const QString &name);
     bool isEnabled(const QString &name) { return button(name)->isEnabled(); }
-    QQuickItem *button(const QString &name) { return named(m_window->window()->contentItem(), name); }
+    QQuickItem *button(const QString &name)
+    {
+        return m_window->find([&](QQuickItem *item) { return isButton(item, name); });
+    }
 
     std::unique_ptr<RawServer> m_server;
     std::unique_ptr<ScreenWindow> m_window;

@@ -27,13 +27,13 @@ protected:
     void wheelEvent(QWheelEvent *) override { ++events; }
 };
 
-QQuickItem *findIn(QQuickItem *item, const QString &objectName)
+QQuickItem *findIn(QQuickItem *item, const std::function<bool(QQuickItem *)> &predicate)
 {
-    if (item->objectName() == objectName && item->isVisible())
+    if (item->isVisible() && predicate(item))
         return item;
     const QList<QQuickItem *> children = item->childItems();
     for (QQuickItem *child : children) {
-        if (QQuickItem *found = findIn(child, objectName))
+        if (QQuickItem *found = findIn(child, predicate))
             return found;
     }
     return nullptr;
@@ -122,7 +122,12 @@ int TestWindow::hostEvents() const
 
 QQuickItem *TestWindow::find(const QString &objectName) const
 {
-    return findIn(m_window->contentItem(), objectName);
+    return find([&](QQuickItem *item) { return item->objectName() == objectName; });
+}
+
+QQuickItem *TestWindow::find(const std::function<bool(QQuickItem *)> &predicate) const
+{
+    return findIn(m_window->contentItem(), predicate);
 }
 
 QImage TestWindow::grab(const QString &name) const

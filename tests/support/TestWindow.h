@@ -6,6 +6,7 @@
 #include <QPointingDevice>
 #include <QQuickWindow>
 
+#include <functional>
 #include <memory>
 
 // A host's window with a finger on it and one button of the host's, over the whole window.
@@ -35,6 +36,8 @@ public:
 
     // The item of that objectName anywhere in sight, popups included; null when there is none.
     QQuickItem *find(const QString &objectName) const;
+    // The first visible item of which `predicate` says so.
+    QQuickItem *find(const std::function<bool(QQuickItem *)> &predicate) const;
     // What the user sees. Saved under `name` too when BREVANTO_SCREENSHOTS names a folder.
     QImage grab(const QString &name = {}) const;
 

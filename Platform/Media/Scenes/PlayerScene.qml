@@ -24,10 +24,10 @@ View {
             player.togglePlaying()
             break
         case Qt.Key_Left:
-            player.seek(player.position - 5000)
+            bar.skip(-1)
             break
         case Qt.Key_Right:
-            player.seek(player.position + 5000)
+            bar.skip(1)
             break
         case Qt.Key_Up:
             player.changeVolume(0.1)
