@@ -28,7 +28,8 @@ struct URLRequest {
     QHash<QByteArray, QByteArray> headers; // beside those that HTTP needs
     QByteArray body; // of a POST
     // How long the transfer may stand still: it starts anew with every piece of the body that goes out and of the
-    // answer that comes in.
+    // answer that comes in. The request ends up to half a second later, so that a caller who times the same span sees
+    // his own end first.
     std::chrono::milliseconds timeout{60000};
     // A longer body of the answer is cut off with TooLarge. The session's limit holds beside it.
     std::optional<qint64> maximumBodySize;

@@ -16,6 +16,8 @@ namespace
 {
 
 constexpr int maximumRedirects = 16;
+// A caller who times the same span hears his own timer first, also when his thread is busy for a moment.
+constexpr std::chrono::milliseconds leeway{500};
 // What the transport may hold of an answer that comes faster than it is taken. Without a limit Qt does not even tell of
 // an answer that comes without a pause before its end.
 constexpr qint64 readBufferSize = 1 << 20;
@@ -166,7 +168,7 @@ void URLSessionTask::noteProgress()
 // Wakes when the time would be up if nothing moved any more, and looks again.
 void URLSessionTask::checkTime()
 {
-    const auto end = std::min(m_lastProgress + m_request.timeout, m_begin + m_maximumDuration);
+    const auto end = std::min(m_lastProgress + m_request.timeout, m_begin + m_maximumDuration) + leeway;
     const auto rest = end - Clock::current().now();
     if (rest.count() > 0)
         Clock::current().after(rest, this, [this] { checkTime(); });

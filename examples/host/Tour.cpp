@@ -248,22 +248,11 @@ void Tour::offline()
 
 void Tour::silentService()
 {
-    const QString failure = QStringLiteral("Something went wrong!!");
-    constexpr int attempts = 4;
     kill(static_cast<pid_t>(m_servicePid), SIGSTOP);
     photograph();
     show("uploading", QStringLiteral("Waiting for the answer"));
-    // The failure is told in place of the dialog about the waiting, which is due at the same time. Without a dialog the
-    // photo stays until the screen is shown again.
-    for (int i = 0; i < attempts && !QTest::qWaitFor([&] { return m_user.showsText(failure); }, 15000); ++i) {
-        m_user.activate(QStringLiteral("Recents"));
-        m_user.requireControl(concert);
-        m_user.settle();
-        m_user.press(Qt::Key_Escape);
-        m_user.requireControl(QStringLiteral("Take photo"));
-        photograph();
-    }
-    m_user.requireText(failure);
+    m_user.require([this] { return m_user.showsText(QStringLiteral("Something went wrong!!")); },
+                   QStringLiteral("the silence was not told"), 20s);
     show("failure-alert", QStringLiteral("The service did not answer"));
     kill(static_cast<pid_t>(m_servicePid), SIGCONT);
     m_user.activate(m_user.requireItem(QStringLiteral("alertButton0")));

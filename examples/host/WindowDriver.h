@@ -58,7 +58,7 @@ public:
 
     QPointF centerOf(const QQuickItem *item) const;
     QImage picture() const;
-    // Waits until transitions are over: pictures stay the same. A screen that never rests is taken as it is.
+    // Waits until transitions are over: pictures stay the same, beside what moves for good.
     void settle() const;
 
     // Controls on the screen that assistive technology cannot call by a name.

@@ -192,10 +192,10 @@ private Q_SLOTS:
         QTest::addColumn<RawServer::Stage>("stage");
         QTest::addColumn<bool>("drips"); // one byte every two seconds
         QTest::addColumn<int>("seconds");
-        QTest::newRow("no answer") << RawServer::Stage::Nothing << false << 10;
-        QTest::newRow("after the head") << RawServer::Stage::Head << false << 10;
-        QTest::newRow("in the body") << RawServer::Stage::HalfBody << false << 10;
-        QTest::newRow("in a slow body") << RawServer::Stage::Head << true << 60;
+        QTest::newRow("no answer") << RawServer::Stage::Nothing << false << 12;
+        QTest::newRow("after the head") << RawServer::Stage::Head << false << 12;
+        QTest::newRow("in the body") << RawServer::Stage::HalfBody << false << 12;
+        QTest::newRow("in a slow body") << RawServer::Stage::Head << true << 62;
     }
     void timesOut()
     {
