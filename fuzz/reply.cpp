@@ -5,10 +5,14 @@
 #include "Brevanto/ServerManager/QuillfernServerParamsObject.h"
 #include "Brevanto/ServerManager/ServerResponses.h"
 
+#include <QCoreApplication>
+
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    static int argumentCount = 0;
+    static const QCoreApplication application(argumentCount, nullptr); // ends the manager's threads
     if (size == 0)
         return 0;
     int completions = 0;
@@ -35,8 +39,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     handlePostResponse(params, body, std::nullopt);
     require(completions + failures <= 1, "an answer is told once");
     params.setApiRequestType(BrevantoAPIRequestTypeGet);
-    completions = failures = 0;
-    handleGetResponse(*BrevantoServerManager::sharedServerManager(), params, body, std::nullopt);
-    require(completions + failures <= 1, "an answer is told once");
+    const auto manager = BrevantoServerManager::sharedServerManager();
+    for (const auto setAddress :
+         {&QuillfernServerParamsObject::setPartialURL, &QuillfernServerParamsObject::setSeparateURL}) {
+        QuillfernServerParamsObject called = params;
+        (called.*setAddress)(QStringLiteral("address"));
+        completions = failures = 0;
+        handleGetResponse(*manager, called, body, std::nullopt);
+        require(completions + failures <= 1, "an answer is told once");
+    }
     return 0;
 }

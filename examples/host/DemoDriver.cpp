@@ -43,20 +43,6 @@ QRectF pictureRect(QQuickItem *imageView, const QList<QQuickItem *> &items)
     return {};
 }
 
-// Whether the middle of the window shows a picture rather than one colour.
-bool showsPicture(const QImage &shot)
-{
-    const QRect middle(shot.width() / 4, shot.height() / 3, shot.width() / 2, shot.height() / 4);
-    const QRgb first = shot.pixel(middle.topLeft());
-    for (int y = middle.top(); y < middle.bottom(); y += 7) {
-        for (int x = middle.left(); x < middle.right(); x += 7) {
-            if (std::abs(qGray(shot.pixel(x, y)) - qGray(first)) > 12)
-                return true;
-        }
-    }
-    return false;
-}
-
 } // namespace
 
 DemoDriver::DemoDriver(QQuickWindow *window, const QString &folder)
@@ -94,7 +80,7 @@ void DemoDriver::photograph()
 {
     QQuickItem *shutter = m_user.requireItem(QStringLiteral("captureButton"));
     m_user.settle();
-    m_user.require([this] { return !alertText().isEmpty() || showsPicture(m_user.picture()); },
+    m_user.require([this] { return !alertText().isEmpty() || m_user.showsPicture(); },
                    QStringLiteral("the camera's picture did not come"));
     if (!alertText().isEmpty())
         throw StepFailed(QStringLiteral("the camera screen says: ") + alertText());

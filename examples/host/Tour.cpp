@@ -19,8 +19,10 @@ namespace
 
 // The hotspots of the photographed ads that the tour goes to, by the titles of their matches.
 const QString bottle = QStringLiteral("Zumbaro orange");
+const QString bicycle = QStringLiteral("Velkesta Meridian 9");
 const QString concert = QStringLiteral("Nattlund jazz nights");
 const QString wall = QStringLiteral("Noodle house");
+const QString failurePicture = QStringLiteral("failure.png");
 
 } // namespace
 
@@ -62,6 +64,7 @@ int Tour::run()
     try {
         if (!QDir().mkpath(m_folder))
             throw StepFailed("cannot make the folder for the pictures");
+        removeOldPictures();
         host();
         camera();
         firstAd();
@@ -78,11 +81,12 @@ int Tour::run()
         hotspotWithoutData();
         offline();
         silentService();
+        catalogue();
         recents();
         close();
     } catch (const StepFailed &failure) {
         std::fprintf(stderr, "Tour: %s.\n", failure.what());
-        m_user.picture().save(m_folder + QStringLiteral("/failure.png"));
+        m_user.picture().save(m_folder + QLatin1Char('/') + failurePicture);
         code = 1;
     }
     writeIndex();
@@ -128,9 +132,15 @@ void Tour::legend()
     m_user.activate(QStringLiteral("Information"));
     m_user.requireText(QStringLiteral("Watch a video of the product"));
     show("legend", QStringLiteral("What the kinds of action mean: the info button's sheet"));
+    const auto isOpen = [this] { return m_user.showsText(QStringLiteral("Call the brand")); };
     m_user.activate(QStringLiteral("Call the brand"));
-    m_user.require([this] { return !m_user.showsText(QStringLiteral("Call the brand")); },
-                   QStringLiteral("the sheet did not go"));
+    m_user.require([&] { return !isOpen(); }, QStringLiteral("the sheet did not go"));
+    m_user.settle();
+    m_user.activate(QStringLiteral("Information"));
+    m_user.require(isOpen, QStringLiteral("the sheet did not come again"));
+    m_user.settle();
+    m_user.activate(m_user.requireItem(QStringLiteral("arrowButton")));
+    m_user.require([&] { return !isOpen(); }, QStringLiteral("the sheet did not go by its arrow"));
 }
 
 void Tour::popover()
@@ -151,9 +161,16 @@ void Tour::moreInformation()
     show("web", QStringLiteral("More Information: the page in the web viewer"));
     m_user.activate(QStringLiteral("Reload"));
     waitForPage();
+    const QString question = QStringLiteral("Do you want to Open in Safari ?");
     m_user.activate(QStringLiteral("Open in browser"));
-    m_user.requireText(QStringLiteral("Do you want to Open in Safari ?"));
+    m_user.requireText(question);
     show("web-browser", QStringLiteral("The page can be handed to the browser"));
+    m_user.activate(QStringLiteral("Cancel"));
+    m_user.require([&] { return !m_user.showsText(question); }, QStringLiteral("the question did not go"));
+    m_user.settle();
+    m_user.activate(QStringLiteral("Open in browser"));
+    m_user.requireText(question);
+    m_user.settle();
     m_user.activate(QStringLiteral("Open"));
     m_user.require([this] { return !m_opener->lastOpened.isEmpty(); }, QStringLiteral("nothing was handed over"));
     m_user.settle();
@@ -251,11 +268,32 @@ void Tour::silentService()
     kill(static_cast<pid_t>(m_servicePid), SIGSTOP);
     photograph();
     show("uploading", QStringLiteral("Waiting for the answer"));
-    m_user.require([this] { return m_user.showsText(QStringLiteral("Something went wrong!!")); },
-                   QStringLiteral("the silence was not told"), 20s);
+    const auto isOver = [this] { return m_user.showsText(QStringLiteral("Something went wrong!!")); };
+    const auto isAsking = [this] { return m_user.showsText(QStringLiteral("Getting response might take more time")); };
+    m_user.require([&] { return isAsking() || isOver(); }, QStringLiteral("the silence was not told"), 20s);
+    QTest::qWait(200); // it fades in, and does not stay long enough to settle
+    showAtOnce("time-out", QStringLiteral("The answer is late; half a second on, the request is given up"));
+    m_user.require(isOver, QStringLiteral("the request did not end"));
     show("failure-alert", QStringLiteral("The service did not answer"));
     kill(static_cast<pid_t>(m_servicePid), SIGCONT);
     m_user.activate(m_user.requireItem(QStringLiteral("alertButton0")));
+}
+
+void Tour::catalogue()
+{
+    photograph();
+    choose(bicycle, QStringLiteral("Photo Gallery"));
+    m_user.requireControl(QStringLiteral("Buy"));
+    show("catalogue", QStringLiteral("A gallery whose images can be bought"));
+    m_user.activate(QStringLiteral("Buy"));
+    waitForPage();
+    show("catalogue-shop", QStringLiteral("What the image's button leads to"));
+    m_user.activate(QStringLiteral("Close"));
+    m_user.requireControl(QStringLiteral("Buy"));
+    m_user.settle();
+    m_user.activate(QStringLiteral("Close"));
+    m_user.requireControl(bicycle);
+    leaveAd();
 }
 
 void Tour::recents()
@@ -302,7 +340,7 @@ void Tour::choose(const QString &hotspot, const QString &option)
 void Tour::waitForPage()
 {
     m_user.requireControl(QStringLiteral("Reload"));
-    m_user.require([this] { return m_user.item(QStringLiteral("loadProgress")) == nullptr; },
+    m_user.require([this] { return !m_user.item(QStringLiteral("loadProgress")) && m_user.showsPicture(); },
                    QStringLiteral("the page did not come"));
 }
 
@@ -324,9 +362,22 @@ void Tour::pauseClip(const QString &hotspot)
     m_user.requireControl(QStringLiteral("Play"));
 }
 
+void Tour::removeOldPictures() const
+{
+    QDir folder(m_folder);
+    const QStringList old = folder.entryList({QStringLiteral("[0-9][0-9]-*.png"), failurePicture}, QDir::Files);
+    for (const QString &file : old)
+        folder.remove(file);
+}
+
 void Tour::show(const char *name, const QString &caption)
 {
     m_user.settle();
+    showAtOnce(name, caption);
+}
+
+void Tour::showAtOnce(const char *name, const QString &caption)
+{
     const QString file =
         QStringLiteral("%1-%2.png").arg(m_pictures.size() + 1, 2, 10, QLatin1Char('0')).arg(QLatin1StringView(name));
     if (!m_user.picture().save(m_folder + QLatin1Char('/') + file))

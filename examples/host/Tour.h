@@ -9,9 +9,10 @@
 
 class DemoNetwork;
 
-// Everything in the application once: each screen, popover, alert and action, by touch or by keyboard alone. Leaves a
-// numbered picture of each in a folder, and an index.html there that says what the pictures show. The camera has to see
-// the photos of script/demo, in their order.
+// Everything in the application once: each screen, popover, alert and action, by touch or by keyboard alone; except
+// what a camera that works and a service in order never show (alerts about permissions and about data that lacks).
+// Leaves a numbered picture of each in a folder, and an index.html there that says what the pictures show. The camera
+// has to see the photos of script/demo, in their order.
 class Tour
 {
 public:
@@ -41,6 +42,7 @@ private:
     void hotspotWithoutData();
     void offline();
     void silentService();
+    void catalogue();
     void recents();
     void close();
 
@@ -50,8 +52,10 @@ private:
     void leaveAd();
     void pauseClip(const QString &hotspot);
 
+    void removeOldPictures() const;
     // Takes the picture, once nothing moves, and checks that every control on it can be called by name.
     void show(const char *name, const QString &caption);
+    void showAtOnce(const char *name, const QString &caption);
     void writeIndex() const;
 
     struct Picture {

@@ -228,6 +228,20 @@ QImage WindowDriver::picture() const
     return m_window->grabWindow();
 }
 
+bool WindowDriver::showsPicture() const
+{
+    const QImage shot = picture();
+    const QRect middle(shot.width() / 4, shot.height() / 3, shot.width() / 2, shot.height() / 4);
+    const QRgb first = shot.pixel(middle.topLeft());
+    for (int y = middle.top(); y < middle.bottom(); y += 7) {
+        for (int x = middle.left(); x < middle.right(); x += 7) {
+            if (std::abs(qGray(shot.pixel(x, y)) - qGray(first)) > 12)
+                return true;
+        }
+    }
+    return false;
+}
+
 void WindowDriver::settle() const
 {
     // A movement that is about to begin shows the same picture twice.

@@ -58,6 +58,8 @@ public:
 
     QPointF centerOf(const QQuickItem *item) const;
     QImage picture() const;
+    // Whether the middle of the window is more than one colour.
+    bool showsPicture() const;
     // Waits until transitions are over: pictures stay the same, beside what moves for good.
     void settle() const;
 
