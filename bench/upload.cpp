@@ -1,0 +1,108 @@
+// An upload to a server on loopback, from the call to the completion block, beside libcurl sending the same bytes.
+
+#include "Timing.h"
+
+#include "Brevanto/ServerManager/BrevantoServerManager.h"
+#include "Brevanto/ServerManager/ServiceAddress.h"
+#include "Made.h"
+#include "support/RawServer.h"
+
+#include <QCoreApplication>
+#include <QSemaphore>
+
+#ifdef BENCH_CURL
+#include <curl/curl.h>
+#endif
+
+namespace
+{
+
+bool post(const QByteArray &jpeg)
+{
+    QSemaphore answered;
+    bool isFound = false;
+    const auto completed = [&](const std::optional<BrevantoMatchGroupList> &groups) {
+        isFound = groups && !groups->isEmpty();
+        answered.release();
+    };
+    BrevantoServerManager::sharedServerManager()->postCapturedImageData(jpeg, completed,
+                                                                        [&](const auto &) { answered.release(); });
+    answered.acquire();
+    return isFound;
+}
+
+#ifdef BENCH_CURL
+std::size_t append(char *data, std::size_t size, std::size_t count, void *answer)
+{
+    static_cast<QByteArray *>(answer)->append(data, qsizetype(size * count));
+    return size * count;
+}
+
+// One handle for all posts, which keeps its connection as the SDK does.
+class CurlPoster
+{
+public:
+    CurlPoster(const QString &url, const RawServer::Request &request)
+        : m_body(request.body)
+        , m_headers(curl_slist_append(nullptr, "Content-Type: " + request.headers.value("content-type")))
+    {
+        curl_easy_setopt(m_curl, CURLOPT_URL, url.toUtf8().constData());
+        curl_easy_setopt(m_curl, CURLOPT_HTTPHEADER, m_headers);
+        curl_easy_setopt(m_curl, CURLOPT_POSTFIELDS, m_body.constData());
+        curl_easy_setopt(m_curl, CURLOPT_POSTFIELDSIZE, long(m_body.size()));
+        curl_easy_setopt(m_curl, CURLOPT_WRITEFUNCTION, append);
+    }
+    ~CurlPoster()
+    {
+        curl_slist_free_all(m_headers);
+        curl_easy_cleanup(m_curl);
+    }
+    Q_DISABLE_COPY_MOVE(CurlPoster)
+
+    bool post()
+    {
+        QByteArray answer;
+        curl_easy_setopt(m_curl, CURLOPT_WRITEDATA, &answer);
+        return curl_easy_perform(m_curl) == CURLE_OK && !answer.isEmpty();
+    }
+
+private:
+    CURL *m_curl = curl_easy_init();
+    QByteArray m_body;
+    curl_slist *m_headers;
+};
+#endif
+
+template <typename Post>
+void registerPost(const std::string &name, Post post)
+{
+    registerTimed("20 KB photo/" + name, [post] {
+        if (!post())
+            qFatal("An upload failed");
+        return true;
+    });
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    RawServer server;
+    const ServiceAddress::Override address(server.url(QString()));
+    server.setAnswer(RawServer::Answer::json(Made::reply(3)));
+    const QByteArray jpeg(20'000, 'x');
+    if (!post(jpeg))
+        qFatal("The upload failed");
+
+    registerPost("ours", [jpeg] { return post(jpeg); });
+#ifdef BENCH_CURL
+    curl_global_init(CURL_GLOBAL_ALL);
+    const RawServer::Request request = server.requests().constFirst();
+    CurlPoster curl(server.url(QString::fromUtf8(request.target)), request);
+    registerPost("libcurl", [&curl] { return curl.post(); });
+#endif
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
