@@ -109,8 +109,9 @@ int leave(int argc, char *argv[], const QString &way, const QString &server)
     const ServiceAddress::Override address(server);
     sendRequests(server);
     std::getchar();
+    static std::shared_ptr<Platform::URLSession> *volatile heldForever = nullptr;
     if (way == QLatin1String("hold"))
-        new std::shared_ptr<Platform::URLSession>(BrevantoServerManager::sharedServerManager()->currentSession());
+        heldForever = new auto(BrevantoServerManager::sharedServerManager()->currentSession());
     if (way != QLatin1String("return"))
         std::exit(0);
     return 0;
