@@ -19,11 +19,10 @@ namespace
 
 constinit std::atomic<std::ptrdiff_t> inUse = 0;
 constinit std::atomic<std::ptrdiff_t> mostInUse = 0;
-constinit thread_local bool isCounted = true;
 
 void *taken(void *block)
 {
-    if (!block || !isCounted)
+    if (!block)
         return block;
     const std::ptrdiff_t now = inUse += std::ptrdiff_t(malloc_usable_size(block));
     for (std::ptrdiff_t most = mostInUse; now > most && !mostInUse.compare_exchange_weak(most, now);) { }
@@ -32,7 +31,7 @@ void *taken(void *block)
 
 void givenBack(void *block)
 {
-    if (block && isCounted)
+    if (block)
         inUse -= std::ptrdiff_t(malloc_usable_size(block));
 }
 
@@ -88,9 +87,4 @@ void HeapMeter::start()
 std::ptrdiff_t HeapMeter::peak()
 {
     return mostInUse;
-}
-
-void HeapMeter::leaveThisThreadOut()
-{
-    isCounted = false;
 }

@@ -11,6 +11,4 @@ public:
     static void start();
     // The most that was in use at a time since start().
     static std::ptrdiff_t peak();
-    // What the calling thread takes from now on is not counted.
-    static void leaveThisThreadOut();
 };

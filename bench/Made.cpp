@@ -88,13 +88,18 @@ QByteArray Made::reply(int matches, int matchesPerImage)
     return QJsonDocument(envelope).toJson(QJsonDocument::Compact);
 }
 
-BrevantoMatchGroupList Made::groups(const QByteArray &reply)
+void Made::handleReply(const QByteArray &reply, const std::function<void(const BrevantoMatchGroupList &)> &completed)
 {
-    BrevantoMatchGroupList groups;
     QuillfernServerParamsObject call;
     call.setApiRequestCode(BrevantoAPIRequestCodeImageSearch);
     call.setCompletionBlock(
-        [&groups](const BrevantoServerResult &result) { groups = std::get<BrevantoMatchGroupList>(result); });
+        [&completed](const BrevantoServerResult &result) { completed(std::get<BrevantoMatchGroupList>(result)); });
     handlePostResponse(call, reply, {});
+}
+
+BrevantoMatchGroupList Made::groups(const QByteArray &reply)
+{
+    BrevantoMatchGroupList groups;
+    handleReply(reply, [&groups](const BrevantoMatchGroupList &completed) { groups = completed; });
     return groups;
 }

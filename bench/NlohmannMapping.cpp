@@ -131,13 +131,13 @@ std::shared_ptr<BrevantoMatch> matchOf(const json &object)
 
 } // namespace
 
-BrevantoMatchGroupList nlohmannGroups(const QByteArray &reply)
+void nlohmannGroups(const QByteArray &reply, const std::function<void(const BrevantoMatchGroupList &)> &completed)
 {
     const json document = json::parse(reply.cbegin(), reply.cend());
     if (document.at("status").at("code") != 0)
-        return {};
+        return;
     BrevantoMatchList matches;
     for (const json &object : document.at("matches"))
         matches.append(matchOf(object));
-    return BrevantoMatchGroup::groupMatchesByAdImageUrl(matches);
+    completed(BrevantoMatchGroup::groupMatchesByAdImageUrl(matches));
 }

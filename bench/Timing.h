@@ -3,23 +3,42 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <ctime>
 
-// Runs `work` once for each iteration and counts the time until it has its result; the result's end is not counted.
-template <typename Work>
-void timeResult(benchmark::State &state, Work work)
+inline double wallSeconds()
 {
-    for ([[maybe_unused]] auto iteration : state) {
-        const auto begin = std::chrono::steady_clock::now();
-        auto result = work();
-        benchmark::DoNotOptimize(result);
-        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
-    }
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// A benchmark named "subject/who", of which timeResult() takes the time.
-template <typename Work>
-benchmark::internal::Benchmark *registerTimed(const std::string &name, Work work)
+// The processor's time for this thread, for work that neither waits nor shares: other programs do not count.
+inline double processorSeconds()
 {
-    return benchmark::RegisterBenchmark(name.c_str(), [work](benchmark::State &state) { timeResult(state, work); })
-        ->UseManualTime();
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
+}
+
+// Registers the benchmark "subject/who". The time counts from the call of `work` until it calls what it is given; what
+// it clears away afterwards does not count.
+template <typename Work>
+void registerUntilDone(const std::string &name, double (*now)(), Work work)
+{
+    const auto run = [now, work](benchmark::State &state) {
+        for ([[maybe_unused]] auto iteration : state) {
+            const double begin = now();
+            work([&state, now, begin] { state.SetIterationTime(now() - begin); });
+        }
+    };
+    benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
+}
+
+// The same for work that gives its result, in time by the clock on the wall.
+template <typename Work>
+void registerTimed(const std::string &name, Work work, double (*now)() = wallSeconds)
+{
+    registerUntilDone(name, now, [work](const auto &done) {
+        auto result = work();
+        benchmark::DoNotOptimize(result);
+        done();
+    });
 }

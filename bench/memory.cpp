@@ -1,15 +1,13 @@
-// How much memory a photo takes on its way: made small, and put into the upload's body and sent.
+// How much memory a photo takes on its way: made small, and put into the upload's body.
 
 #include "HeapMeter.h"
 #include "Made.h"
 
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
-#include "Brevanto/ServerManager/ServiceAddress.h"
 #include "Brevanto/Utils/UploadImage.h"
-#include "support/RawServer.h"
 
 #include <QCoreApplication>
-#include <QSemaphore>
+#include <QThread>
 
 #include <benchmark/benchmark.h>
 
@@ -39,18 +37,16 @@ void registerPhoto(const std::string &name, const QSize &stored, int orientation
     });
 }
 
-void post(const QByteArray &jpeg)
+// Makes the request of an upload, as far as the transport, whose session is over. The JPEG itself is counted.
+void registerBody(const std::string &name, const std::shared_ptr<BrevantoServerManager> &manager, qsizetype size)
 {
-    QSemaphore answered;
-    BrevantoServerManager::sharedServerManager()->postCapturedImageData(
-        jpeg, [&answered](const auto &) { answered.release(); }, [](const auto &) { qFatal("The upload failed"); });
-    answered.acquire();
-}
-
-// The JPEG itself is counted.
-void registerBody(const std::string &name, qsizetype size)
-{
-    registerPeak(name, [size] { post(QByteArray(size, 'x')); });
+    registerPeak(name, [manager, size] {
+        auto request = std::make_shared<bool>();
+        const std::weak_ptr<bool> isUnderWay = request;
+        manager->postCapturedImageData(QByteArray(size, 'x'), [request = std::move(request)](const auto &) {}, {});
+        while (!isUnderWay.expired())
+            QThread::yieldCurrentThread();
+    });
 }
 
 } // namespace
@@ -63,16 +59,10 @@ int main(int argc, char **argv)
     registerPhoto("50 megapixels, upright", {8160, 6120}, 1);
     registerPhoto("50 megapixels, turned", {8160, 6120}, 6);
 
-    RawServer server;
-    const ServiceAddress::Override address(server.url(QString()));
-    server.setHandler([](const RawServer::Request &) {
-        HeapMeter::leaveThisThreadOut();
-        return RawServer::Answer::json(R"({"status":{"code":0},"matches":[]})");
-    });
-    for (int warmUp = 0; warmUp < 5; ++warmUp)
-        post(QByteArray(1000, 'x'));
-    registerBody("upload body, 20 KB photo", 20'000);
-    registerBody("upload body, 4 MB photo", 4'000'000);
+    const auto manager = BrevantoServerManager::create();
+    manager->currentSession()->invalidate();
+    registerBody("upload body, 20 KB photo", manager, 20'000);
+    registerBody("upload body, 4 MB photo", manager, 4'000'000);
 
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -10,6 +10,9 @@
 #include <QCoreApplication>
 #include <QSemaphore>
 
+#include <memory>
+#include <vector>
+
 #ifdef BENCH_CURL
 #include <curl/curl.h>
 #endif
@@ -76,7 +79,7 @@ private:
 template <typename Post>
 void registerPost(const std::string &name, Post post)
 {
-    registerTimed("20 KB photo/" + name, [post] {
+    registerTimed(name, [post] {
         if (!post())
             qFatal("An upload failed");
         return true;
@@ -91,17 +94,22 @@ int main(int argc, char **argv)
     RawServer server;
     const ServiceAddress::Override address(server.url(QString()));
     server.setAnswer(RawServer::Answer::json(Made::reply(3)));
-    const QByteArray jpeg(20'000, 'x');
-    if (!post(jpeg))
-        qFatal("The upload failed");
-
-    registerPost("ours", [jpeg] { return post(jpeg); });
 #ifdef BENCH_CURL
     curl_global_init(CURL_GLOBAL_ALL);
-    const RawServer::Request request = server.requests().constFirst();
-    CurlPoster curl(server.url(QString::fromUtf8(request.target)), request);
-    registerPost("libcurl", [&curl] { return curl.post(); });
+    std::vector<std::unique_ptr<CurlPoster>> posters;
 #endif
+    for (const int size : {20, 5}) {
+        const std::string name = std::to_string(size) + " KB photo/";
+        const QByteArray jpeg(size * 1000, 'x');
+        if (!post(jpeg))
+            qFatal("The upload failed");
+        registerPost(name + "ours", [jpeg] { return post(jpeg); });
+#ifdef BENCH_CURL
+        const RawServer::Request request = server.requests().constLast();
+        posters.push_back(std::make_unique<CurlPoster>(server.url(QString::fromUtf8(request.target)), request));
+        registerPost(name + "libcurl", [poster = posters.back().get()] { return poster->post(); });
+#endif
+    }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -14,6 +14,9 @@ public:
     const QVariant &value(int field) const;
     void setValue(int field, QVariant value);
 
+    // Makes room for so many fields that are not null.
+    void reserve(qsizetype count) { m_values.reserve(count); }
+
 private:
     qsizetype position(int field) const;
 

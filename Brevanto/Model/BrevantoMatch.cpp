@@ -101,7 +101,9 @@ std::optional<BrevantoMatchList> BrevantoMatch::populateMatchesUsingArray(const 
     matches.reserve(elements.size());
     for (const auto element : elements) {
         auto match = std::make_shared<BrevantoMatch>();
-        populateMatch(*match, element.toObject());
+        const QJsonObject object = element.toObject();
+        match->m_fields.reserve(qMin(object.size(), qsizetype(Archive::written.size())));
+        populateMatch(*match, object);
         matches.append(std::move(match));
     }
     return matches;

@@ -4,6 +4,7 @@
 #include "Brevanto/Model/BrevantoCatalogueImage.h"
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoMatch.h"
+#include "Brevanto/Model/BrevantoMatchObject.h"
 #include "Brevanto/Model/BrevantoRelatedContent.h"
 
 #include <QDateTime>
@@ -11,6 +12,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -19,9 +21,11 @@ namespace
 
 // JSON text can hold half of a surrogate pair, which an archive cannot. It is replaced here, so that a record equals
 // what is read back of it.
-QString wellFormed(const QString &text)
+QString wellFormed(QString text)
 {
-    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+    const auto isHalf = [](bool found, QChar character) { return found | character.isSurrogate(); };
+    const bool hasHalves = std::accumulate(text.cbegin(), text.cend(), false, isHalf);
+    return !hasHalves || text.isValidUtf16() ? std::move(text) : QString::fromUtf8(text.toUtf8());
 }
 
 // The value as a record field keeps it.
@@ -47,8 +51,14 @@ QVariant fieldValue(const QJsonValue &value)
     return value.toVariant();
 }
 
+// As BrevantoBaseEntity::isValid() says, but a text, which is most of what comes, is taken out of the document only
+// once.
 QVariant validValue(const QJsonValue &value)
 {
+    if (value.isString()) {
+        QString text = value.toString();
+        return text.isEmpty() ? QVariant() : QVariant(wellFormed(std::move(text)));
+    }
     return BrevantoBaseEntity::isValid(value) ? fieldValue(value) : QVariant();
 }
 
@@ -66,15 +76,22 @@ void takeValid(Record &record, void (Base::*setter)(QVariant), const QJsonObject
     take(record, setter, validValue(object.value(key)));
 }
 
-void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
-              QLatin1StringView key)
+template <class Base>
+void takeValid(BrevantoMatch &match, void (Base::*setter)(QVariant), const BrevantoMatchObject &object,
+               BrevantoMatchObject::Key key)
+{
+    take(match, setter, validValue(object.value(key)));
+}
+
+void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
+              BrevantoMatchObject::Key key)
 {
     if (const QJsonValue value = object.value(key); value.isString())
         take(match, setter, validValue(value));
 }
 
-void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const QJsonObject &object,
-                QLatin1StringView key)
+void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
+                BrevantoMatchObject::Key key)
 {
     if (const QJsonValue value = object.value(key); value.isDouble())
         take(match, setter, value.toVariant());
@@ -114,7 +131,7 @@ QVariant firstEntry(const QVariant &field)
     return BrevantoFields::list(field).value(0);
 }
 
-void mapAuthor(BrevantoMatch &match, const QJsonObject &object, QLatin1StringView key)
+void mapAuthor(BrevantoMatch &match, const BrevantoMatchObject &object, BrevantoMatchObject::Key key)
 {
     const QJsonValue author = object.value(key);
     if (author.isString())
@@ -124,17 +141,17 @@ void mapAuthor(BrevantoMatch &match, const QJsonObject &object, QLatin1StringVie
 }
 
 // Text is taken even when it is empty.
-void mapID(BrevantoMatch &match, const QJsonObject &object)
+void mapID(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue id = object.value("id"_L1);
+    const QJsonValue id = object.value("id");
     if (id.isString() || id.isDouble())
         match.setID(BrevantoFields::text(fieldValue(id)));
 }
 
 // The first entry tells what the service sent: objects with addresses, or the addresses themselves.
-void mapImages(BrevantoMatch &match, const QJsonObject &object)
+void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue images = object.value("images"_L1);
+    const QJsonValue images = object.value("images");
     if (images.isString())
         match.setImages(QVariantList{fieldValue(images)});
     if (!images.isArray())
@@ -153,12 +170,12 @@ void mapImages(BrevantoMatch &match, const QJsonObject &object)
     match.setImages(addresses);
 }
 
-void mapImageGalleries(BrevantoMatch &match, const QJsonObject &object)
+void mapImageGalleries(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (const QJsonValue gallery = object.value("imageGallery"_L1); gallery.isArray())
+    if (const QJsonValue gallery = object.value("imageGallery"); gallery.isArray())
         match.setImageGallery(validEntries(gallery.toArray()));
 
-    const QJsonValue captioned = object.value("imageGalleryCaption"_L1);
+    const QJsonValue captioned = object.value("imageGalleryCaption");
     if (!captioned.isArray())
         return;
     match.setCaptionImages(recordsFrom(captioned.toArray(), [](const QJsonObject &entry) {
@@ -169,10 +186,10 @@ void mapImageGalleries(BrevantoMatch &match, const QJsonObject &object)
     }));
 }
 
-void mapThumbnail(BrevantoMatch &match, const QJsonObject &object)
+void mapThumbnail(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    for (const QLatin1StringView key :
-         std::initializer_list<QLatin1StringView>{"weblinkThumb"_L1, "thumb_url"_L1, "thumbUrl"_L1}) {
+    for (const BrevantoMatchObject::Key key :
+         std::initializer_list<BrevantoMatchObject::Key>{"weblinkThumb", "thumb_url", "thumbUrl"}) {
         if (isEmpty(match.thumbnailUrl()))
             takeValid(match, &BrevantoMatch::setThumbnailUrl, object, key);
     }
@@ -206,9 +223,9 @@ QString clipAddress(QString address)
     return address.sliced(begin, dot - begin) + ".mp4"_L1;
 }
 
-void mapRelatedVideos(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedVideos(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue videos = object.value("relatedVideos"_L1);
+    const QJsonValue videos = object.value("relatedVideos");
     if (!videos.isArray())
         return;
     match.setVids(recordsFrom(videos.toArray(), [&match](const QJsonObject &entry) {
@@ -238,9 +255,9 @@ std::shared_ptr<BrevantoRelatedContent> relatedLink(const BrevantoMatch &match, 
 
 // Links are sorted by a marker anywhere in their address; those without one are articles. A link without an address,
 // JSON null included, is left out.
-void mapRelatedLinks(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue links = object.value("relatedArticleLinks"_L1);
+    const QJsonValue links = object.value("relatedArticleLinks");
     if (!links.isArray())
         return;
 
@@ -265,31 +282,31 @@ void mapRelatedLinks(BrevantoMatch &match, const QJsonObject &object)
     match.setRelatedQuiz(quiz);
 }
 
-void mapAdImage(BrevantoMatch &match, const QJsonObject &object)
+void mapAdImage(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img"_L1);
+    takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "app_img");
     if (!match.backgroundImageUrl().isValid())
-        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img"_L1);
+        takeValid(match, &BrevantoMatch::setBackgroundImageUrl, object, "bg_img");
 }
 
-void mapTheme(BrevantoMatch &match, const QJsonObject &object)
+void mapTheme(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (const QString theme = object.value("theme"_L1).toString(); !theme.isEmpty())
+    if (const QString theme = object.value("theme").toString(); !theme.isEmpty())
         match.setAdthemeColorString(QString("0x"_L1 + wellFormed(theme)));
 }
 
-void mapRelatedAdImages(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedAdImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QString addresses = object.value("ad_rel_img"_L1).toString();
+    const QString addresses = object.value("ad_rel_img").toString();
     if (addresses.isEmpty())
         return;
     const QStringList pieces = wellFormed(addresses).split(u',');
     match.setRelatedAdImages(QVariantList(pieces.begin(), pieces.end()));
 }
 
-void mapCatalogue(BrevantoMatch &match, const QJsonObject &object)
+void mapCatalogue(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonArray catalogue = object.value("image_catalouge"_L1).toArray();
+    const QJsonArray catalogue = object.value("image_catalouge").toArray();
     if (catalogue.isEmpty())
         return;
     match.setAdCatalogue(recordsFrom(catalogue, [](const QJsonObject &entry) {
@@ -301,23 +318,23 @@ void mapCatalogue(BrevantoMatch &match, const QJsonObject &object)
     }));
 }
 
-void mapDisplaySource(BrevantoMatch &match, const QJsonObject &object)
+void mapDisplaySource(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source"_L1);
+    takeValid(match, &BrevantoMatch::setDisplay_source, object, "display_source");
     if (!BrevantoFields::text(match.display_source()).isEmpty())
         match.setSource(match.display_source());
 }
 
 // The count itself is not kept; that one came is what marks the match as downloaded.
-void mapDownloadedTime(BrevantoMatch &match, const QJsonObject &object)
+void mapDownloadedTime(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (object.value("relatedcontentcount"_L1).isDouble())
+    if (object.value("relatedcontentcount").isDouble())
         match.setDownloadedTime(QDateTime::currentDateTimeUtc());
 }
 
-void mapRelatedContentIdentifiers(BrevantoMatch &match, const QJsonObject &object)
+void mapRelatedContentIdentifiers(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonArray identifiers = object.value("relatedContentIdentifiers"_L1).toArray();
+    const QJsonArray identifiers = object.value("relatedContentIdentifiers").toArray();
     for (const auto entry : identifiers) {
         const QString identifier = entry.toString();
         if (identifier.contains("quiz"_L1))
@@ -331,46 +348,47 @@ void mapRelatedContentIdentifiers(BrevantoMatch &match, const QJsonObject &objec
 
 // Later steps look at what earlier ones have set: related content at the date, the thumbnail at the galleries, the
 // source at its display name.
-void populateMatch(BrevantoMatch &match, const QJsonObject &object)
+void populateMatch(BrevantoMatch &match, const QJsonObject &json)
 {
-    mapAuthor(match, object, "author"_L1);
-    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag"_L1);
+    const BrevantoMatchObject object(json);
+    mapAuthor(match, object, "author");
+    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag");
     if (!match.author().isValid())
-        mapAuthor(match, object, "authors"_L1);
-    takeValid(match, &BrevantoMatch::setDesc, object, "description"_L1);
-    takeValid(match, &BrevantoMatch::setDate, object, "date"_L1);
-    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads"_L1);
+        mapAuthor(match, object, "authors");
+    takeValid(match, &BrevantoMatch::setDesc, object, "description");
+    takeValid(match, &BrevantoMatch::setDate, object, "date");
+    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads");
     mapID(match, object);
     mapImages(match, object);
     mapImageGalleries(match, object);
     mapThumbnail(match, object);
-    takeValid(match, &BrevantoMatch::setSource, object, "source"_L1);
-    takeValid(match, &BrevantoMatch::setTitle, object, "title"_L1);
+    takeValid(match, &BrevantoMatch::setSource, object, "source");
+    takeValid(match, &BrevantoMatch::setTitle, object, "title");
     mapRelatedVideos(match, object);
     mapRelatedLinks(match, object);
-    if (const QJsonValue audios = object.value("relatedAudios"_L1); audios.isArray())
+    if (const QJsonValue audios = object.value("relatedAudios"); audios.isArray())
         match.setRelatedAudios(validEntries(audios.toArray()));
-    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink"_L1);
-    takeValid(match, &BrevantoMatch::setCategory, object, "category"_L1);
+    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink");
+    takeValid(match, &BrevantoMatch::setCategory, object, "category");
     mapAdImage(match, object);
-    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls"_L1);
-    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url"_L1);
-    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url"_L1);
-    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url"_L1);
-    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url"_L1);
-    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number"_L1);
+    takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls");
+    takeValid(match, &BrevantoMatch::setAudioUrl, object, "aud_url");
+    takeValid(match, &BrevantoMatch::setBuyUrl, object, "commerce_url");
+    takeValid(match, &BrevantoMatch::setReviewUrl, object, "ad_reviews_url");
+    takeValid(match, &BrevantoMatch::setWebsiteUrl, object, "url");
+    takeValid(match, &BrevantoMatch::setPhoneNumber, object, "ph_number");
     mapTheme(match, object);
     mapRelatedAdImages(match, object);
     mapCatalogue(match, object);
     mapDisplaySource(match, object);
-    takeValid(match, &BrevantoMatch::setSection, object, "section"_L1);
-    takeValid(match, &BrevantoMatch::setLanguage, object, "language"_L1);
-    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position"_L1);
+    takeValid(match, &BrevantoMatch::setSection, object, "section");
+    takeValid(match, &BrevantoMatch::setLanguage, object, "language");
+    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position");
     mapDownloadedTime(match, object);
-    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live"_L1);
-    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color"_L1);
-    takeText(match, &BrevantoMatch::setShareURL, object, "share_url"_L1);
+    takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live");
+    takeText(match, &BrevantoMatch::setTitleColor, object, "title_color");
+    takeText(match, &BrevantoMatch::setShareURL, object, "share_url");
     mapRelatedContentIdentifiers(match, object);
-    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent"_L1);
-    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent"_L1);
+    takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent");
+    takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent");
 }
