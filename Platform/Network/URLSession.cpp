@@ -3,7 +3,6 @@
 #include "Platform/Network/URLSessionTask.h"
 
 #include <QMutexLocker>
-#include <QNetworkAccessManager>
 #include <QThread>
 #include <QThreadPool>
 
@@ -17,16 +16,16 @@ public:
         : m_configuration(configuration)
     {
     }
-    // The replies of the tasks belong to the network access manager.
+    // The replies of the tasks belong to their carrier.
     ~Worker() override { qDeleteAll(tasks()); }
-
-    void open() { m_network = std::make_unique<QNetworkAccessManager>(); }
 
     void start(const URLRequest &request, Completion completion)
     {
         if (m_isClosed)
             return;
-        auto *task = new URLSessionTask(request, std::move(completion), m_configuration, *m_network, this);
+        if (!m_carrier || m_carrier->isSuspect())
+            m_carrier = std::make_shared<URLCarrier>();
+        auto *task = new URLSessionTask(request, std::move(completion), m_configuration, m_carrier, this);
         task->start();
     }
 
@@ -47,7 +46,7 @@ private:
     }
 
     const Configuration m_configuration;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::shared_ptr<URLCarrier> m_carrier; // of the next task
     bool m_isClosed = false;
 };
 
@@ -57,7 +56,6 @@ URLSession::URLSession(const Configuration &configuration)
 {
     m_thread->setObjectName(QStringLiteral("URLSession"));
     m_worker->moveToThread(m_thread.get());
-    QObject::connect(m_thread.get(), &QThread::started, m_worker, &Worker::open);
     QObject::connect(m_thread.get(), &QThread::finished, m_worker, &QObject::deleteLater);
     m_thread->start();
 }

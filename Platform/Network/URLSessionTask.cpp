@@ -5,6 +5,7 @@
 
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <utility>
@@ -111,16 +112,31 @@ URLResponse responseOf(const QNetworkReply &reply)
 
 } // namespace
 
+URLCarrier::URLCarrier()
+    : m_manager(std::make_unique<QNetworkAccessManager>())
+{
+}
+
+URLCarrier::~URLCarrier()
+{
+    auto *pool = m_isSuspect ? QThreadPool::globalInstance() : nullptr; // none at the end of the process
+    if (!pool)
+        return;
+    // The manager's end waits for its thread for some seconds.
+    m_manager->moveToThread(nullptr);
+    pool->start([manager = std::shared_ptr(std::move(m_manager))]() mutable { manager.reset(); });
+}
+
 URLSessionTask::URLSessionTask(const URLRequest &request, URLSession::Completion completion,
-                               const URLSession::Configuration &configuration, QNetworkAccessManager &network,
-                               QObject *parent)
+                               const URLSession::Configuration &configuration,
+                               const std::shared_ptr<URLCarrier> &carrier, QObject *parent)
     : QObject(parent)
     , m_request(request)
     , m_completion(std::move(completion))
     , m_maximumBodySize(
           std::min(configuration.maximumBodySize, request.maximumBodySize.value_or(configuration.maximumBodySize)))
     , m_maximumDuration(configuration.maximumDuration)
-    , m_network(network)
+    , m_carrier(carrier)
 {
 }
 
@@ -143,6 +159,8 @@ void URLSessionTask::cancel()
     m_completion = nullptr;
     if (m_reply) {
         m_reply->disconnect(this);
+        if (!m_reply->isFinished())
+            m_carrier->setSuspect();
         m_reply->abort();
     }
     deleteLater();
@@ -151,8 +169,8 @@ void URLSessionTask::cancel()
 void URLSessionTask::send()
 {
     const QNetworkRequest outgoing = networkRequest(m_request);
-    m_reply.reset(m_request.method == URLRequest::Method::Post ? m_network.post(outgoing, m_request.body)
-                                                               : m_network.get(outgoing));
+    m_reply.reset(m_request.method == URLRequest::Method::Post ? m_carrier->manager().post(outgoing, m_request.body)
+                                                               : m_carrier->manager().get(outgoing));
     m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply.get(), &QNetworkReply::uploadProgress, this, &URLSessionTask::noteProgress);
     connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, &URLSessionTask::checkAnnouncedSize);

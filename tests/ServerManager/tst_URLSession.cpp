@@ -1,9 +1,14 @@
 #include "support/ManualClock.h"
+#include "support/MemoryWatch.h"
 #include "support/RawServer.h"
 #include "support/Table.h"
 
 #include "Platform/Network/URLSession.h"
 
+#include <QFile>
+#include <QSslKey>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 
 #include <future>
@@ -65,6 +70,30 @@ RawServer::Answer plain(const QByteArray &body)
     return {.body = body};
 }
 
+// Certificates that nobody but these tests trusts, all with the one key that lies beside them.
+QByteArray certificate(const QString &name)
+{
+    QFile file(QStringLiteral(CERTIFICATES "/%1.pem").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(file.fileName()));
+    return file.readAll();
+}
+
+QSslConfiguration security(const QString &name)
+{
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setLocalCertificate(QSslCertificate(certificate(name)));
+    configuration.setPrivateKey(QSslKey(certificate(u"key"_s), QSsl::Ec));
+    return configuration;
+}
+
+void trust(const QString &name)
+{
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.addCaCertificate(QSslCertificate(certificate(name)));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+}
+
 } // namespace
 
 class tst_URLSession : public QObject
@@ -72,6 +101,23 @@ class tst_URLSession : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init()
+    {
+        m_server = std::make_unique<RawServer>();
+        m_session = std::make_unique<URLSession>(URLSession::Configuration{.maximumBodySize = 1 << 20});
+        m_memory.begin();
+    }
+
+    // Whatever happened, little memory was needed for it, and the next request works.
+    void cleanup()
+    {
+        const qint64 growth = m_memory.growth();
+        QVERIFY2(growth < 48 * MemoryWatch::mebibyte, QByteArray::number(growth));
+        m_server->setAnswer(plain("next"));
+        QCOMPARE(dataOf(outcome(*m_session, get(m_server->url()))), QByteArray("next"));
+        QSslConfiguration::setDefaultConfiguration(m_security);
+    }
+
     void givesAnyStatusWithItsBody_data()
     {
         addColumns<int, RawServer::Answer>("status", "answer");
@@ -90,11 +136,9 @@ private Q_SLOTS:
     {
         QFETCH(int, status);
         QFETCH(RawServer::Answer, answer);
-        RawServer server;
         answer.status = status;
-        server.setAnswer(answer);
-        URLSession session({});
-        const Outcome seen = outcome(session, get(server.url()));
+        m_server->setAnswer(answer);
+        const Outcome seen = outcome(*m_session, get(m_server->url()));
         QVERIFY(!seen.error);
         QCOMPARE(seen.response->status, status);
         QCOMPARE(dataOf(seen), answer.body.isEmpty() ? QByteArray() : QByteArray("body"));
@@ -132,8 +176,7 @@ private Q_SLOTS:
                                                                   {"qrc:/x", Code::UnsupportedURL},
                                                                   {"data:,x", Code::UnsupportedURL},
                                                                   {"ftp://127.0.0.1/", Code::UnsupportedURL}}) {
-            URLSession session({});
-            const Outcome seen = outcome(session, get(QLatin1StringView(url)));
+            const Outcome seen = outcome(*m_session, get(QLatin1StringView(url)));
             QVERIFY2(!seen.data && !seen.response && seen.error && seen.error->code == code, url);
         }
     }
@@ -178,13 +221,11 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, location);
         QFETCH(URLError::Code, code);
-        RawServer server;
-        server.setAnswer(RawServer::Answer::redirect(location));
-        URLSession session({});
-        const Outcome seen = outcome(session, get(server.url()));
+        m_server->setAnswer(RawServer::Answer::redirect(location));
+        const Outcome seen = outcome(*m_session, get(m_server->url()));
         QVERIFY(!seen.data && seen.error);
         QCOMPARE(seen.error->code, code);
-        QVERIFY(server.requestCount() <= 20);
+        QVERIFY(m_server->requestCount() <= 20);
     }
 
     void timesOut_data()
@@ -193,22 +234,22 @@ private Q_SLOTS:
         QTest::addColumn<bool>("drips"); // one byte every two seconds
         QTest::addColumn<int>("seconds");
         QTest::newRow("no answer") << RawServer::Stage::Nothing << false << 12;
+        QTest::newRow("in the head") << RawServer::Stage::HalfHead << false << 12;
         QTest::newRow("after the head") << RawServer::Stage::Head << false << 12;
         QTest::newRow("in the body") << RawServer::Stage::HalfBody << false << 12;
+        QTest::newRow("in a slow head") << RawServer::Stage::Nothing << true << 12;
         QTest::newRow("in a slow body") << RawServer::Stage::Head << true << 62;
     }
     void timesOut()
     {
         QFETCH(RawServer::Stage, stage);
         QFETCH(bool, drips);
-        RawServer server;
-        server.setAnswer(RawServer::Answer::stall(stage));
+        m_server->setAnswer(RawServer::Answer::stall(stage));
         ManualClock clock;
-        URLSession session({});
-        URLRequest request = get(server.url());
+        URLRequest request = get(m_server->url());
         request.timeout = 10s;
-        std::future<Outcome> future = start(session, request);
-        QTRY_COMPARE(server.requestCount(), 1);
+        std::future<Outcome> future = start(*m_session, request);
+        QTRY_COMPARE(m_server->requestCount(), 1);
         QTRY_COMPARE(clock.pendingCount(), 1);
 
         const auto isOver = [&future] { return future.wait_for(0s) == std::future_status::ready; };
@@ -216,8 +257,8 @@ private Q_SLOTS:
         for (; !isOver() && elapsed < 100; elapsed += 2) {
             const int readCount = clock.readCount();
             if (drips)
-                server.resume(1);
-            QTRY_VERIFY(!drips || clock.readCount() > readCount || isOver());
+                m_server->resume(1);
+            QTRY_VERIFY(!drips || stage == RawServer::Stage::Nothing || clock.readCount() > readCount || isOver());
             clock.advance(2s);
             QTRY_VERIFY(clock.pendingCount() == 1 || isOver());
         }
@@ -261,18 +302,114 @@ private Q_SLOTS:
             QCOMPARE(seen.error->code, URLError::Code::TooLarge);
     }
 
-    // An answer that comes without a pause is cut off on its way, not at its end.
-    void cutsOffAFastBody()
+    // What comes without an end and without a pause is cut off on its way.
+    void cutsOffWhatDoesNotEnd_data()
     {
-        RawServer::Answer endless = chunked({});
-        endless.body = ("8000\r\n" + QByteArray(0x8000, 'x') + "\r\n").repeated(4000);
-        RawServer server;
-        server.setAnswer(endless);
-        URLSession session({.maximumBodySize = 1 << 20});
-        const Outcome seen = outcome(session, get(server.url()));
+        addColumns<QByteArray, QByteArray, URLError::Code>("head", "again", "code");
+        const QByteArray piece(0x8000, 'x');
+        const QByteArray start = "HTTP/1.1 200 OK\r\n";
+        QTest::newRow("status") << QByteArray("HTTP/1.1 200 ") << piece << URLError::Code::TimedOut;
+        QTest::newRow("header") << QByteArray(start + "X-Y: ") << piece << URLError::Code::TimedOut;
+        QTest::newRow("headers") << start << QByteArray("X-Y: z\r\n").repeated(1000) << URLError::Code::TimedOut;
+        QTest::newRow("informational answers")
+            << QByteArray("HTTP/1.1 100 Continue\r\n\r\n") << QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(1000)
+            << URLError::Code::TimedOut;
+        QTest::newRow("body") << QByteArray(start + "\r\n") << piece << URLError::Code::TooLarge;
+        QTest::newRow("chunks") << QByteArray(start + "Transfer-Encoding: chunked\r\n\r\n")
+                                << QByteArray("8000\r\n" + piece + "\r\n") << URLError::Code::TooLarge;
+        QTest::newRow("length of a chunk") << QByteArray(start + "Transfer-Encoding: chunked\r\n\r\n")
+                                           << QByteArray(0x8000, '0') << URLError::Code::TimedOut;
+        QTest::newRow("body of a redirect")
+            << QByteArray("HTTP/1.1 302 Found\r\nLocation: /\r\n\r\n") << piece << URLError::Code::TooLarge;
+    }
+    void cutsOffWhatDoesNotEnd()
+    {
+        QFETCH(QByteArray, head);
+        QFETCH(QByteArray, again);
+        m_server->setAnswer({.body = again, .head = head, .then = RawServer::Then::Repeat});
+        URLRequest request = get(m_server->url());
+        request.timeout = 1s; // a head that grows makes no progress
+        const Outcome seen = outcome(*m_session, request);
         QVERIFY(seen.error);
-        QCOMPARE(seen.error->code, URLError::Code::TooLarge);
-        QVERIFY2(server.sentSize() < endless.body.size() / 2, qPrintable(QString::number(server.sentSize())));
+        QTEST(seen.error->code, "code");
+        QVERIFY2(m_server->sentSize() < 64 * MemoryWatch::mebibyte, QByteArray::number(m_server->sentSize()));
+    }
+
+    void makesTheBestOfOddAnswers_data()
+    {
+        addColumns<QByteArray, QByteArray>("answer", "data");
+        const auto row = [](const char *name, const QByteArray &answer, const QByteArray &data = "none") {
+            QTest::newRow(name) << answer << data;
+        };
+        const QByteArray start = "HTTP/1.1 200 OK\r\n";
+        row("no HTTP", "220 mail.example ESMTP\r\n");
+        row("bytes", QByteArray(100, '\0'));
+        row("informational first", "HTTP/1.1 100 Continue\r\n\r\n" + start + "Content-Length: 2\r\n\r\nok", "ok");
+        row("old", "HTTP/1.0 200 OK\r\n\r\nok", "ok");
+        row("length below zero", start + "Content-Length: -5\r\n\r\nok", "ok");
+        row("length beyond all numbers", start + "Content-Length: 99999999999999999999\r\n\r\nok", "ok");
+        row("no length of a chunk", start + "Transfer-Encoding: chunked\r\n\r\nnone\r\nok\r\n", "");
+        row("length of a chunk beyond all numbers",
+            start + "Transfer-Encoding: chunked\r\n\r\nffffffffffffffffff\r\nok\r\n", "");
+        row("chunk longer than said", start + "Transfer-Encoding: chunked\r\n\r\n1\r\nmuch more\r\n0\r\n\r\n", "m");
+    }
+    void makesTheBestOfOddAnswers()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(QByteArray, data);
+        m_server->setAnswer({.head = answer, .then = RawServer::Then::Close});
+        const Outcome seen = outcome(*m_session, get(m_server->url()));
+        QCOMPARE(seen.data.value_or("none"), data);
+        QVERIFY(seen.data.has_value() != seen.error.has_value());
+    }
+
+    void insistsOnSafety_data()
+    {
+        addColumns<QString, QString, bool>("certificate", "trusted", "isSafe");
+        QTest::newRow("known") << u"loopback"_s << u"loopback"_s << true;
+        QTest::newRow("of somebody unknown") << u"loopback"_s << u"elsewhere"_s << false;
+        QTest::newRow("of another host") << u"elsewhere"_s << u"elsewhere"_s << false;
+        QTest::newRow("expired") << u"expired"_s << u"expired"_s << false;
+    }
+    void insistsOnSafety()
+    {
+        QFETCH(QString, certificate);
+        QFETCH(QString, trusted);
+        QFETCH(bool, isSafe);
+        trust(trusted);
+        RawServer safe(security(certificate));
+        safe.setAnswer(plain("secret"));
+        const Outcome seen = outcome(*m_session, get(safe.url()));
+        QCOMPARE(seen.data.has_value(), isSafe);
+        if (!isSafe) {
+            QCOMPARE(seen.error->code, URLError::Code::Secure);
+            QCOMPARE(safe.requestCount(), 0);
+            return;
+        }
+        safe.setAnswer(RawServer::Answer::redirect(m_server->url().toUtf8()));
+        const Outcome lured = outcome(*m_session, get(safe.url()));
+        QVERIFY(lured.error && lured.error->code == URLError::Code::Secure);
+        QCOMPARE(m_server->requestCount(), 0);
+    }
+
+    // A server that answers the greeting of TLS with something else.
+    void failsWhereThereIsNoTLS_data() { addBothRows("answers", "goes away", "answers in the clear"); }
+    void failsWhereThereIsNoTLS()
+    {
+        QFETCH(bool, answers);
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        connect(&server, &QTcpServer::newConnection, &server, [&server, answers] {
+            QTcpSocket *socket = server.nextPendingConnection();
+            if (answers)
+                socket->write("HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n");
+            socket->disconnectFromHost();
+        });
+        const auto url = u"https://127.0.0.1:%1/"_s.arg(server.serverPort());
+        std::future<Outcome> future = start(*m_session, get(url));
+        QTRY_VERIFY(future.wait_for(0s) == std::future_status::ready);
+        const Outcome seen = future.get();
+        QVERIFY(!seen.data && seen.error);
     }
 
     void reportsALostConnection_data()
@@ -284,11 +421,14 @@ private Q_SLOTS:
             answer.stage = stage;
             answer.then = RawServer::Then::Close;
             QTest::newRow(name) << answer;
+            answer.then = RawServer::Then::Reset;
+            QTest::addRow("%s, reset", name) << answer;
         };
         const QByteArray body(64, 'x');
         RawServer::Answer compressed = plain(qCompress(QByteArray(100, 'x') + "a few more letters").sliced(4));
         compressed.headers.emplaceBack("Content-Encoding", "deflate");
         row("no answer", plain(body), Stage::Nothing);
+        row("in the head", plain(body), Stage::HalfHead);
         row("after the head", plain(body), Stage::Head);
         row("in the body", plain(body), Stage::HalfBody);
         row("in the body of an error", plain(body), Stage::HalfBody, 500);
@@ -297,10 +437,8 @@ private Q_SLOTS:
     void reportsALostConnection()
     {
         QFETCH(RawServer::Answer, answer);
-        RawServer server;
-        server.setAnswer(answer);
-        URLSession session({});
-        const Outcome seen = outcome(session, get(server.url()));
+        m_server->setAnswer(answer);
+        const Outcome seen = outcome(*m_session, get(m_server->url()));
         QVERIFY(!seen.data && seen.error);
         QCOMPARE(seen.error->code, URLError::Code::ConnectionLost);
     }
@@ -354,6 +492,12 @@ private Q_SLOTS:
         QTRY_COMPARE(witness.use_count(), 1);
         QCOMPARE(calls, 0);
     }
+
+private:
+    const QSslConfiguration m_security = QSslConfiguration::defaultConfiguration();
+    std::unique_ptr<RawServer> m_server;
+    std::unique_ptr<URLSession> m_session;
+    MemoryWatch m_memory;
 };
 
 QTEST_GUILESS_MAIN(tst_URLSession)

@@ -2,8 +2,10 @@
 
 #include <QMutexLocker>
 #include <QPointer>
-#include <QTcpServer>
+#include <QSslServer>
 #include <QTcpSocket>
+
+#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +14,8 @@ namespace
 
 QByteArray headOf(const RawServer::Answer &answer)
 {
+    if (!answer.head.isEmpty())
+        return answer.head;
     QByteArray head = "HTTP/1.1 " + QByteArray::number(answer.status) + " Status\r\n";
     bool hasLength = false;
     for (const auto &[name, value] : answer.headers) {
@@ -22,6 +26,25 @@ QByteArray headOf(const RawServer::Answer &answer)
     if (!hasLength)
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
     return head + "\r\n";
+}
+
+// Ends the connection in the way of a process that was killed.
+void reset(QTcpSocket &socket)
+{
+    socket.flush();
+    const linger atOnce{1, 0};
+    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    socket.abort();
+}
+
+void repeat(QTcpSocket &socket, const QByteArray &body)
+{
+    const auto more = [&socket, body] {
+        if (socket.bytesToWrite() == 0)
+            socket.write(body);
+    };
+    QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket, more, Qt::QueuedConnection);
+    more();
 }
 
 // Takes one complete request off the front of `received`; false when there is none yet.
@@ -53,17 +76,19 @@ bool takeRequest(QByteArray &received, RawServer::Request &request)
 class RawServer::Listener final : public QObject
 {
 public:
-    explicit Listener(RawServer &owner)
+    Listener(RawServer &owner, const std::optional<QSslConfiguration> &security)
         : m_owner(owner)
-        , m_server(this)
+        , m_server(security ? new QSslServer(this) : new QTcpServer(this))
     {
-        connect(&m_server, &QTcpServer::newConnection, this, &Listener::accept);
+        if (security)
+            static_cast<QSslServer *>(m_server)->setSslConfiguration(*security);
+        connect(m_server, &QTcpServer::pendingConnectionAvailable, this, &Listener::accept);
     }
 
     quint16 listen()
     {
-        m_server.listen(QHostAddress::LocalHost);
-        return m_server.serverPort();
+        m_server->listen(QHostAddress::LocalHost);
+        return m_server->serverPort();
     }
 
     void resume(qsizetype size)
@@ -84,7 +109,7 @@ private:
 
     void accept()
     {
-        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+        while (QTcpSocket *socket = m_server->nextPendingConnection()) {
             Request request;
             {
                 const QMutexLocker lock(&m_owner.m_mutex);
@@ -114,6 +139,8 @@ private:
         qsizetype size = all.size();
         if (answer.stage == Stage::Nothing)
             size = 0;
+        else if (answer.stage == Stage::HalfHead)
+            size = head.size() / 2;
         else if (answer.stage == Stage::Head)
             size = head.size();
         else if (answer.stage == Stage::HalfBody)
@@ -121,12 +148,16 @@ private:
         socket->write(all.first(size));
         if (answer.then == Then::Close)
             socket->disconnectFromHost();
+        else if (answer.then == Then::Reset)
+            reset(*socket);
+        else if (answer.then == Then::Repeat)
+            repeat(*socket, answer.body);
         else if (size < all.size())
             m_stalled.append({socket, all.sliced(size)});
     }
 
     RawServer &m_owner;
-    QTcpServer m_server;
+    QTcpServer *m_server;
     QList<Stalled> m_stalled;
 };
 
@@ -145,8 +176,9 @@ RawServer::Answer RawServer::Answer::stall(Stage stage)
     return {.body = QByteArray(64, 'x'), .stage = stage};
 }
 
-RawServer::RawServer()
-    : m_listener(new Listener(*this))
+RawServer::RawServer(const std::optional<QSslConfiguration> &security)
+    : m_scheme(security ? u"https"_s : u"http"_s)
+    , m_listener(new Listener(*this, security))
 {
     setAnswer({.status = 404});
     m_listener->moveToThread(&m_thread);
@@ -165,7 +197,7 @@ RawServer::~RawServer()
 
 QString RawServer::url(const QString &path) const
 {
-    return u"http://127.0.0.1:%1%2"_s.arg(QString::number(m_port), path);
+    return u"%1://127.0.0.1:%2%3"_s.arg(m_scheme, QString::number(m_port), path);
 }
 
 void RawServer::setAnswer(const Answer &answer)

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QList>
 #include <QMutex>
+#include <QSslConfiguration>
 #include <QString>
 #include <QThread>
 
@@ -11,6 +12,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <optional>
 
 // An HTTP server on loopback that keeps the raw bytes of each request and answers as told. It runs on a thread of its
 // own, so that the test's thread may block or look away. All calls are for the test's thread.
@@ -27,15 +29,16 @@ public:
     };
 
     // How far an answer goes.
-    enum class Stage { Nothing, Head, HalfBody, Everything };
-    // What comes after that.
-    enum class Then { KeepOpen, Close };
+    enum class Stage { Nothing, HalfHead, Head, HalfBody, Everything };
+    // What comes after that: Repeat is the body again and again, until the client goes.
+    enum class Then { KeepOpen, Close, Reset, Repeat };
 
     struct Answer {
         int status = 200;
         QList<std::pair<QByteArray, QByteArray>> headers =
             {}; // "Content-Length" is added unless it or "Transfer-Encoding" is here
         QByteArray body = {};
+        QByteArray head = {}; // when set, what is sent in place of a head of status and headers
         Stage stage = Stage::Everything; // with KeepOpen, anything less stalls until resume()
         Then then = Then::KeepOpen;
 
@@ -45,10 +48,11 @@ public:
     };
     using Handler = std::function<Answer(const Request &)>; // runs on the server's thread
 
-    RawServer();
+    // Speaks TLS when it is given a certificate and its key.
+    explicit RawServer(const std::optional<QSslConfiguration> &security = {});
     ~RawServer();
 
-    // "http://127.0.0.1:port" and the path.
+    // "http://127.0.0.1:port", or "https", and the path.
     QString url(const QString &path = QStringLiteral("/")) const;
 
     // What all requests from now on get; at first, status 404.
@@ -70,6 +74,7 @@ private:
     friend class Listener;
 
     QThread m_thread;
+    const QString m_scheme;
     Listener *m_listener; // lives on the thread and goes with it
     quint16 m_port = 0;
     mutable QMutex m_mutex;
