@@ -8,6 +8,7 @@
 #include "Platform/Foundation/KeyedArchiver.h"
 #include "Platform/Foundation/KeyedUnarchiver.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -68,6 +69,17 @@ Elements elementsOf(QByteArrayView archive)
     return KeyedArchiveList::elements(archive, BrevantoMatchGroup::adImageUrlKey).value_or(Elements());
 }
 
+// A process that is killed while it saves leaves the file that it was writing. What is young may be another's.
+void removeLeftovers(const QString &path)
+{
+    const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-3600);
+    const QFileInfo file(path);
+    for (const QFileInfo &left : file.dir().entryInfoList({file.fileName() + ".??????"_L1}, QDir::Files)) {
+        if (left.lastModified() < longAgo)
+            QFile::remove(left.filePath());
+    }
+}
+
 // Puts `group` at the front, or in its stead the first stored one with the same ad image address.
 void bringToFront(Elements &stored, const KeyedArchiveList::Element &group)
 {
@@ -109,8 +121,9 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
         elements = std::move(stored);
     }
 
+    removeLeftovers(path);
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && KeyedArchiveList::write(elements, file))
+    if (file.open(QIODevice::WriteOnly) && KeyedArchiveList::write(elements, file) && file.flush())
         file.commit();
 }
 

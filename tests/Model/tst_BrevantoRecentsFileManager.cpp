@@ -4,11 +4,18 @@
 #include <QCborMap>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -56,6 +63,46 @@ QStringList stored()
     for (const auto &recent : Recents::retrieveAllSavedGroupedMatchesInFileManager().value_or(BrevantoMatchGroupList()))
         names.append(recent->adImageUrl() + u':' + recent->listOfMatches().value(0)->title().toString());
     return names;
+}
+
+// Saves a group in another process that cannot write it; false when that process does not end well.
+bool saveElsewhere(const QString &fault)
+{
+    using Permission = QFileDevice::Permission;
+    const auto mayAll = Permission(0x5055); // read and enter
+    const QString home = QString::fromLocal8Bit(qgetenv("XDG_DATA_HOME"));
+    const auto before = QFile::permissions(folderPath());
+    QFile::setPermissions(home, QFile::permissions(home) | mayAll);
+    if (fault == u"read-only"_s)
+        QFile::setPermissions(folderPath(), mayAll);
+    const int code = QProcess::execute(QCoreApplication::applicationFilePath(), {u"--save-once"_s, fault});
+    QFile::setPermissions(folderPath(), before);
+    return code == 0;
+}
+
+int saveOnce(const QString &fault)
+{
+    if (fault == u"full"_s) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit little{64, 64};
+        if (setrlimit(RLIMIT_FSIZE, &little) != 0)
+            return 1;
+    }
+    constexpr uid_t nobody = 65534;
+    if (fault == u"read-only"_s && geteuid() == 0 && setuid(nobody) != 0)
+        return 1;
+    const QStringList before = stored();
+    Recents::saveMatchGroupsToFileManager({group(u"lost"_s)});
+    return stored() == before && before.size() == 2 ? 0 : 1;
+}
+
+int saveForever(int number)
+{
+    for (;; ++number) {
+        Recents::saveMatchGroupsToFileManager({group(QString::number(number), QString(2000, u'x'))});
+        std::putchar('.');
+        std::fflush(stdout);
+    }
 }
 
 } // namespace
@@ -121,31 +168,96 @@ private Q_SLOTS:
         QTEST(stored(), "expected");
     }
 
-    void undecodableFiles()
+    void survivesFaults_data()
     {
-        for (const QByteArray &content :
-             {QByteArray(), QByteArray("not an archive"), QCborValue(QCborMap{{u"a"_s, 1}}).toCbor(),
-              QCborValue(QCborArray{u"text"_s, 1}).toCbor().chopped(1)}) {
-            writeFile(content);
-            QVERIFY(!Recents::retrieveAllSavedGroupedMatchesInFileManager());
-            Recents::saveMatchGroupsToFileManager({group(u"1"_s), group(u"2"_s)});
-            QCOMPARE(stored(), QStringList({u"2:first"_s, u"1:first"_s})); // merged into nothing, as the file was there
+        QTest::addColumn<std::function<void()>>("fault");
+        QTest::addColumn<std::optional<QStringList>>("read"); // nothing: there is no archive
+        QTest::addColumn<QStringList>("saved"); // what there is after one more group
+        const auto row = [](const char *name, const std::function<void()> &fault,
+                            const std::optional<QStringList> &read,
+                            const QStringList &saved) { QTest::newRow(name) << fault << read << saved; };
+        const auto holds = [](const QByteArray &content) { return [content] { writeFile(content); }; };
+        const QStringList old{u"2:first"_s, u"1:first"_s};
+        const QStringList fresh{u"3:first"_s};
+        row("empty", holds({}), {}, fresh);
+        row("zeros", holds(QByteArray(100'000, '\0')), {}, fresh);
+        row("no archive", holds("not an archive"), {}, fresh);
+        row("map", holds(QCborValue(QCborMap{{u"a"_s, 1}}).toCbor()), {}, fresh);
+        row("folder in the place of the file", [] { QDir().mkpath(filePath()); }, {}, {});
+        row("file in the place of the folder",
+            [] {
+                QVERIFY(QDir().mkpath(folderPath()) && QDir().rmdir(folderPath()));
+                QVERIFY(QFile(folderPath()).open(QIODevice::WriteOnly));
+            },
+            {}, {});
+        row(
+            "killed long ago",
+            [] {
+                QFile left(filePath() + u".AbCdEf"_s);
+                QVERIFY(left.open(QIODevice::WriteOnly));
+                QVERIFY(left.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
+            },
+            old, QStringList{u"3:first"_s} + old);
+        row(
+            "disk full", [] { QVERIFY(saveElsewhere(u"full"_s)); }, old, QStringList{u"3:first"_s} + old);
+        row(
+            "read only", [] { QVERIFY(saveElsewhere(u"read-only"_s)); }, old, QStringList{u"3:first"_s} + old);
+    }
+    // A fault hits two stored groups and another one is saved.
+    void survivesFaults()
+    {
+        QFETCH(std::function<void()>, fault);
+        QFETCH(std::optional<QStringList>, read);
+        if (!QByteArray(QTest::currentDataTag()).contains("place"))
+            Recents::saveMatchGroupsToFileManager({group(u"2"_s), group(u"1"_s)});
+        fault();
+        QCOMPARE(Recents::retrieveAllSavedGroupedMatchesInFileManager().has_value(), read.has_value());
+        QCOMPARE(stored(), read.value_or(QStringList()));
+        Recents::saveMatchGroupsToFileManager({group(u"3"_s)});
+        QTEST(stored(), "saved");
+        if (!stored().isEmpty())
+            QCOMPARE(QDir(folderPath()).entryList(QDir::Files | QDir::Hidden), QStringList{u"Recents"_s});
+    }
+
+    void survivesCuts()
+    {
+        Recents::saveMatchGroupsToFileManager({group(u"2"_s), group(u"1"_s)});
+        const QByteArray whole = readFile();
+        for (qsizetype length = 0; length < whole.size(); ++length) {
+            writeFile(whole.first(length));
+            QVERIFY2(!Recents::retrieveAllSavedGroupedMatchesInFileManager(), QByteArray::number(length));
+            Recents::saveMatchGroupsToFileManager({group(u"3"_s)});
+            QCOMPARE(stored(), QStringList{u"3:first"_s});
         }
     }
 
-    void whatStandsInTheWay()
+    // Processes save one group after the other until they are killed. Each group that one has reported is there.
+    void losesNothingWhenKilled()
     {
-        QVERIFY(QDir().mkpath(filePath())); // a folder where the file should be
-        Recents::saveMatchGroupsToFileManager({group(u"1"_s)});
-        QVERIFY(!Recents::retrieveAllSavedGroupedMatchesInFileManager());
-        QVERIFY(QFileInfo(filePath()).isDir());
+        const quint32 seed = qEnvironmentVariableIsSet("SEED") ? qEnvironmentVariableIntValue("SEED")
+                                                               : QRandomGenerator::global()->generate();
+        qInfo("SEED=%u", seed);
+        QRandomGenerator random(seed);
+        int saved = 0;
+        while (saved < 500) {
+            QProcess process;
+            process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            process.start(QCoreApplication::applicationFilePath(), {u"--save"_s, QString::number(saved)});
+            const int enough = random.bounded(12);
+            while (process.bytesAvailable() < enough)
+                QVERIFY(process.waitForReadyRead());
+            std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(3000))); // any moment of the next save
+            process.kill();
+            process.waitForFinished();
+            saved += static_cast<int>(process.readAllStandardOutput().size());
 
-        QVERIFY(QDir(folderPath()).removeRecursively());
-        QFile file(folderPath()); // a file where the folder should be
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        Recents::saveMatchGroupsToFileManager({group(u"1"_s)});
-        QVERIFY(!Recents::retrieveAllSavedGroupedMatchesInFileManager());
-        QCOMPARE(Recents::getPathForRecentsInDocsFolder(), folderPath());
+            const QStringList names = stored();
+            QVERIFY2(names.size() == saved || names.size() == saved + 1,
+                     qPrintable(u"%1 of %2"_s.arg(names.size()).arg(saved)));
+            saved = static_cast<int>(names.size());
+            for (const QString &name : names)
+                QVERIFY(name.startsWith(u"%1:x"_s.arg(saved - 1 - names.indexOf(name))));
+        }
     }
 
     // A stored group survives a save byte for byte, whatever is in it.
@@ -206,5 +318,17 @@ private:
     QTemporaryDir m_home;
 };
 
-QTEST_GUILESS_MAIN(TestBrevantoRecentsFileManager)
+// Copies of this program save in its stead.
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--save"_s)
+        return saveForever(arguments.value(2).toInt());
+    if (arguments.value(1) == u"--save-once"_s)
+        return saveOnce(arguments.value(2));
+    TestBrevantoRecentsFileManager test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_BrevantoRecentsFileManager.moc"
