@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-static_assert(sizeof(BrevantoMatch) <= 64, "an answer of a few megabytes may hold a million empty matches");
+static_assert(sizeof(BrevantoMatch) <= 64, "an answer may hold half a million empty matches");
 
 struct BrevantoMatch::Archive {
     // In the order of writing. The links carry the names that the service's JSON has for them.

@@ -2,14 +2,29 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
 {
 
-// Undefined for bytes that do not decode, and for a list or a lone value, of which no answer that is accepted consists.
+// What is a byte or two in an answer may be a hundred as a record. An answer of the greatest size that is made of
+// matches, as services send them, stays below this.
+constexpr qsizetype mostValues = 500'000;
+
+// A comma or an opening bracket stands before each value.
+bool hasTooManyValues(const QByteArray &data)
+{
+    const auto opensValue = [](char byte) { return byte == ',' || byte == '[' || byte == '{'; };
+    return std::count_if(data.begin(), data.end(), opensValue) > mostValues;
+}
+
+// Undefined for bytes that do not decode or hold too much, and for a list or a lone value, of which no answer that is
+// accepted consists.
 QJsonValue decoded(const QByteArray &data)
 {
+    if (hasTooManyValues(data))
+        return QJsonValue::Undefined;
     const QJsonDocument document = QJsonDocument::fromJson(data);
     return document.isObject() ? QJsonValue(document.object()) : QJsonValue(QJsonValue::Undefined);
 }

@@ -1,6 +1,7 @@
 #include "support/Table.h"
 
 #include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/Model/BrevantoMatchGroup.h"
 #include "Brevanto/Model/BrevantoRelatedContent.h"
 #include "Model/MatchFields.h"
 
@@ -59,6 +60,7 @@ private Q_SLOTS:
     }
 
     void everyKeyFillsItsField();
+    void everyKeyTakesEveryKind();
     void clipAddressIsThatOfTheExpression()
     {
         static const QRegularExpression player(u".*VideoID=(.*).flv.*"_s, QRegularExpression::CaseInsensitiveOption);
@@ -274,6 +276,35 @@ void TestBrevantoMatchMapping::everyKeyFillsItsField()
         "isSpecialArticle": "26", "title_color": "27", "xPercent": 28, "yPercent": 29, "section": "30",
         "language": "31"})";
     QCOMPARE(filledFields(matchFrom(parsed(json))), parsed(expected));
+}
+
+// Whatever comes under a key, the match can be shown and comes back from an archive as it was.
+void TestBrevantoMatchMapping::everyKeyTakesEveryKind()
+{
+    const QStringList keys =
+        u"title id date description weblink author authors category app_img bg_img vid_urls aud_url commerce_url "
+        "ad_reviews_url url ph_number theme ad_rel_img image_catalouge weblinkThumb thumb_url thumbUrl tag images "
+        "imageGallery imageGalleryCaption relatedVideos relatedArticleLinks relatedAudios source display_source "
+        "position "
+        "relatedcontentcount share_url show_ads is_live title_color relatedContentIdentifiers xPercent yPercent "
+        "section "
+        "language"_s.split(u' ');
+    const QJsonArray kinds =
+        QJsonDocument::fromJson(R"([null, "", "text", ",", -1, 1e308, 9223372036854775807, true, [],
+        {}, [null], [""], ["a", 1, null, {}, []], [[[]]], [{}], [{"url": {}}], [{"url": "a"}, 1], {"url": ["a"]},
+        [{"img": 1, "caption": [], "url": null}]])")
+            .array();
+    for (const QString &key : keys) {
+        for (const auto value : kinds) {
+            const QJsonObject object{{key, value}, {u"bg_img"_s, u"ad"_s}};
+            const auto match = matchFrom(object);
+            match->galleryDataSource();
+            QCOMPARE(BrevantoMatchGroup::groupMatchesByAdImageUrl({match}).size(),
+                     BrevantoFields::text(match->backgroundImageUrl()).isEmpty() ? 0 : 1);
+            const auto back = unarchived(archived(match)).value<Platform::CodablePointer>();
+            QVERIFY2(filledFields(back) == filledFields(match), QJsonDocument(object).toJson().constData());
+        }
+    }
 }
 
 QTEST_APPLESS_MAIN(TestBrevantoMatchMapping)

@@ -1,5 +1,6 @@
 #include "CallRecorder.h"
 #include "support/ManualClock.h"
+#include "support/MemoryWatch.h"
 #include "support/RawServer.h"
 #include "support/Table.h"
 #include "support/TestImages.h"
@@ -58,10 +59,18 @@ private Q_SLOTS:
         m_address = std::make_unique<ServiceAddress::Override>(m_server->url(QString()));
         m_recorder = std::make_unique<CallRecorder>();
         m_manager = BrevantoServerManager::create();
+        m_memory.begin();
     }
 
+    // Whatever happened, the memory of a phone was enough for it, and the next request works.
     void cleanup()
     {
+        const qint64 growth = m_memory.growth();
+        QVERIFY2(growth < 200 * MemoryWatch::mebibyte, QByteArray::number(growth));
+        const qsizetype before = m_recorder->calls().size();
+        m_server->setHandler(answerEverything);
+        upload("jpeg");
+        QTRY_COMPARE(m_recorder->calls().mid(before), QStringList{u"completion groups [1]"_s});
         m_manager.reset();
         m_recorder.reset();
         m_address.reset();
@@ -231,6 +240,69 @@ private Q_SLOTS:
         QTEST(m_recorder->calls().constFirst(), "call");
     }
 
+    void takesAnyAnswer_data()
+    {
+        addColumns<QByteArray, QByteArray, QString, QString>("type", "body", "upload", "image");
+        const auto row = [](const char *name, const QByteArray &body, const char *upload,
+                            const char *image = "failure nil", const QByteArray &type = "application/json") {
+            QTest::newRow(name) << type << body << QString::fromLatin1(upload) << QString::fromLatin1(image);
+        };
+        const auto answer = [](const QByteArray &matches) -> QByteArray {
+            return "{\"status\":{\"code\":0},\"matches\":" + matches + '}';
+        };
+        const auto list = [&answer](const QByteArray &element, int size) {
+            return answer('[' + (element + ',').repeated(size).chopped(1) + ']');
+        };
+        row("other type", answer(R"([{"app_img":"a"}])"), "completion groups [1]", "failure nil", "image/png");
+        row("type that is none", answer(R"([{"app_img":"a"}])"), "completion groups [1]", "failure nil", "\xff;;=");
+        row("no UTF-8", answer("[{\"app_img\":\"a\xff\xc0\x80\"}]"), "failure nil");
+        row("no objects", answer(R"([0, null, "a", [], true, {"app_img":"a"}])"), "completion groups [1]");
+        row("numbers out of range", answer(R"([{"app_img":1e308,"xPercent":-1e308,"id":99999999999999999999}])"),
+            "completion groups [1]");
+        row("number beyond all", answer(R"([{"app_img":"a","xPercent":1e999}])"), "failure nil");
+        row("nested", answer(QByteArray(100000, '[') + QByteArray(100000, ']')), "failure nil");
+        row("nested in a field",
+            answer("[{\"app_img\":\"a\",\"tag\":" + QByteArray(500, '[') + QByteArray(500, ']') + "}]"),
+            "completion groups [1]");
+        // As much as an answer may hold, and more.
+        row("many matches", list(R"({"app_img":"a"})", 200'000), "completion groups [200000]");
+        row("many records",
+            answer("[{\"app_img\":\"a\",\"relatedVideos\":[" + QByteArray("0,").repeated(490'000) + "0]}]"),
+            "completion groups [1]");
+        row("matches without end", list("0", 4'000'000), "failure nil");
+        row("records without end", answer("[{\"relatedVideos\":[" + QByteArray("0,").repeated(4'000'000) + "0]}]"),
+            "failure nil");
+        row("addresses without end",
+            answer("[{\"app_img\":\"a\",\"ad_rel_img\":\"" + QByteArray(8'000'000, ',') + "\"}]"), "failure nil");
+        const QByteArray png = TestImages::png(TestImages::quarters({4, 2}));
+        row("picture of another type", png, "failure nil", "completion image 4x2", "text/html");
+        // Of a thousand pixels for each of its bytes.
+        QImage large(8300, 8300, QImage::Format_RGB32);
+        large.fill(Qt::white);
+        row("picture that unpacks to 276 MB", TestImages::png(large), "failure nil", "completion image 8300x8300");
+        row("bytes that unpack to 100 MB", qCompress(QByteArray(100'000'000, ' ')).sliced(4), "failure nil",
+            "failure nil", "application/json\r\nContent-Encoding: deflate");
+    }
+    void takesAnyAnswer()
+    {
+        QFETCH(QByteArray, type);
+        QFETCH(QByteArray, body);
+        m_server->setAnswer({.headers = {{"Content-Type", type}}, .body = body});
+        upload("jpeg");
+        QTRY_COMPARE_WITH_TIMEOUT(m_recorder->calls().size(), 1, 30000);
+        QTEST(m_recorder->calls().constLast(), "upload");
+        // Looked at like a screen does.
+        m_manager->getImage(
+            m_server->url(),
+            [record = m_recorder->completion<Platform::Image>()](const Platform::Image &image) {
+                image.upright({40, 40});
+                record(image);
+            },
+            m_recorder->failure());
+        QTRY_COMPARE_WITH_TIMEOUT(m_recorder->calls().size(), 2, 30000);
+        QTEST(m_recorder->calls().constLast(), "image");
+    }
+
     void failsWithTheTransportError()
     {
         for (const qint32 type : {BrevantoAPIRequestTypeGet, BrevantoAPIRequestTypePost}) {
@@ -323,6 +395,7 @@ private:
     std::unique_ptr<ServiceAddress::Override> m_address;
     std::unique_ptr<CallRecorder> m_recorder;
     std::shared_ptr<BrevantoServerManager> m_manager;
+    MemoryWatch m_memory;
 };
 
 QTEST_GUILESS_MAIN(tst_ServerCalls)

@@ -54,6 +54,37 @@ private Q_SLOTS:
         QCOMPARE(process.exitCode(), 0);
     }
 
+    // All calls from many threads at once: each is answered, once.
+    void servesManyThreads()
+    {
+        RawServer server;
+        server.setAnswer(
+            RawServer::Answer::json(R"({"status":{"code":0,"message":"Success"},"data":{},"matches":[]})"));
+        const ServiceAddress::Override address(server.url(QString()));
+        const auto manager = BrevantoServerManager::create();
+        constexpr int threadCount = 16;
+        constexpr int rounds = 10;
+        std::latch start(threadCount);
+        std::atomic<int> answers = 0;
+        const auto count = [&answers](const auto &) { ++answers; };
+        std::vector<std::thread> threads;
+        for (int i = 0; i < threadCount; ++i) {
+            threads.emplace_back([&] {
+                start.arrive_and_wait();
+                for (int round = 0; round < rounds; ++round) {
+                    manager->getMeta(u"1"_s, 0, count, count);
+                    manager->getImage(server.url(), count, count);
+                    manager->getShortenedURLFor(u"http://long/"_s, count, count);
+                    manager->postCapturedImageData("jpeg", count, count);
+                }
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QTRY_COMPARE_WITH_TIMEOUT(server.requestCount(), threadCount * rounds * 4, 30000);
+        QTRY_COMPARE(answers, threadCount * rounds * 4);
+    }
+
     void mayGoInsideACompletion()
     {
         RawServer server;
