@@ -6,9 +6,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <condition_variable>
 #include <cstring>
+#include <map>
+#include <mutex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace MatchService
 {
@@ -116,7 +120,74 @@ struct HttpServer::Exchange {
     Clock::time_point start = Clock::now();
 };
 
+/// Ends connections on which the head of a request takes too long to arrive. The library counts only how long nothing
+/// has moved, so that clients who send a byte now and then would hold all connections for good.
+class HttpServer::Watch
+{
+public:
+    explicit Watch(std::chrono::seconds limit)
+        : m_limit(limit)
+    {
+    }
+
+    ~Watch()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isEnding = true;
+        }
+        m_ending.notify_one();
+        m_thread.join();
+    }
+
+    void waitFor(int socket)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_since[socket] = Clock::now();
+    }
+
+    void forget(int socket)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_since.erase(socket);
+    }
+
+private:
+    void run()
+    {
+        std::unique_lock lock(m_mutex);
+        while (!m_ending.wait_for(lock, std::chrono::milliseconds(500), [this] { return m_isEnding; })) {
+            for (const auto &[socket, since] : m_since) {
+                if (Clock::now() - since > m_limit)
+                    shutdown(socket, SHUT_RDWR);
+            }
+        }
+    }
+
+    const std::chrono::seconds m_limit;
+    std::mutex m_mutex;
+    std::condition_variable m_ending;
+    bool m_isEnding = false;
+    /// The sockets on which a head is expected; none of them is closed before it is forgotten.
+    std::map<int, Clock::time_point> m_since;
+    std::thread m_thread{[this] { run(); }};
+};
+
 struct HttpServer::Callbacks {
+    static int socketOf(MHD_Connection *connection)
+    {
+        return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+    }
+
+    static void connected(void *self, MHD_Connection *connection, void **, MHD_ConnectionNotificationCode code)
+    {
+        auto &watch = *static_cast<HttpServer *>(self)->m_watch;
+        if (code == MHD_CONNECTION_NOTIFY_STARTED)
+            watch.waitFor(socketOf(connection));
+        else
+            watch.forget(socketOf(connection));
+    }
+
     static MHD_Result access(void *self, MHD_Connection *connection, const char *path, const char *method, const char *,
                              const char *data, std::size_t *size, void **context)
     {
@@ -125,20 +196,31 @@ struct HttpServer::Callbacks {
             return begin(server, connection, path, method, context);
         auto &exchange = *static_cast<Exchange *>(*context);
         if (*size == 0)
-            return send(connection, server.m_handler.answer(exchange.request));
+            return answer(server, connection, exchange.request);
 
         if (exchange.request.body.size() + qint64(*size) > server.m_options.bodyLimit)
             return refuseNow(connection, server.m_handler.refusal(413, QStringLiteral("The body is too large")));
-        if (Clock::now() - exchange.start > server.m_options.bodyTimeout)
+        if (Clock::now() - exchange.start > server.m_options.requestTimeout)
             return refuseNow(connection, server.m_handler.refusal(408, QStringLiteral("The body takes too long")));
         exchange.request.body.append(data, qsizetype(*size));
         *size = 0;
         return MHD_YES;
     }
 
+    static MHD_Result answer(HttpServer &server, MHD_Connection *connection, const HttpRequest &request)
+    {
+        HttpResponse response = server.m_handler.answer(request);
+        // How long that took is not the client's fault: the library counts its silence from here on.
+        MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT, 0U);
+        MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
+                                  unsigned(server.m_options.idleTimeout.count()));
+        return send(connection, std::move(response));
+    }
+
     static MHD_Result begin(HttpServer &server, MHD_Connection *connection, const char *path, const char *method,
                             void **context)
     {
+        server.m_watch->forget(socketOf(connection));
         auto exchange = std::make_unique<Exchange>();
         HttpRequest &request = exchange->request;
         request.method = method;
@@ -152,15 +234,17 @@ struct HttpServer::Callbacks {
         const qint64 length = request.headers.value("content-length").toLongLong();
         const bool hasBody = length > 0 || request.headers.contains("transfer-encoding");
         if (hasBody && !server.m_handler.takesBody(request))
-            return send(connection, server.m_handler.answer(request));
+            return answer(server, connection, request);
         if (length > server.m_options.bodyLimit)
             return send(connection, server.m_handler.refusal(413, QStringLiteral("The body is too large")));
         return MHD_YES;
     }
 
-    static void completed(void *, MHD_Connection *, void **context, MHD_RequestTerminationCode)
+    static void completed(void *self, MHD_Connection *connection, void **context, MHD_RequestTerminationCode code)
     {
         delete static_cast<Exchange *>(std::exchange(*context, nullptr));
+        if (code == MHD_REQUEST_TERMINATED_COMPLETED_OK)
+            static_cast<HttpServer *>(self)->m_watch->waitFor(socketOf(connection));
     }
 };
 
@@ -169,12 +253,13 @@ HttpServer::HttpServer(Options options, HttpHandler &handler)
     , m_handler(handler)
 {
     FileDescriptor listener = listeningSocket(m_options.address, m_options.port);
+    m_watch = std::make_unique<Watch>(m_options.requestTimeout);
     m_authority = authorityOf(listener.get());
     m_daemon = MHD_start_daemon(MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL, 0,
                                 nullptr, nullptr, &Callbacks::access, this, MHD_OPTION_LISTEN_SOCKET, listener.get(),
-                                MHD_OPTION_NOTIFY_COMPLETED, &Callbacks::completed, nullptr,
-                                MHD_OPTION_CONNECTION_LIMIT, m_options.connectionLimit, MHD_OPTION_CONNECTION_TIMEOUT,
-                                unsigned(m_options.idleTimeout.count()), MHD_OPTION_END);
+                                MHD_OPTION_NOTIFY_COMPLETED, &Callbacks::completed, this, MHD_OPTION_NOTIFY_CONNECTION,
+                                &Callbacks::connected, this, MHD_OPTION_CONNECTION_LIMIT, m_options.connectionLimit,
+                                MHD_OPTION_CONNECTION_TIMEOUT, unsigned(m_options.idleTimeout.count()), MHD_OPTION_END);
     if (!m_daemon)
         throw fault(QStringLiteral("Cannot start the HTTP server"), std::strerror(errno));
     listener.release();

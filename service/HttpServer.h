@@ -94,8 +94,8 @@ public:
         qint64 bodyLimit = 16 * 1024 * 1024;
         /// A connection on which nothing moves for this long is closed.
         std::chrono::seconds idleTimeout{10};
-        /// A body must have arrived in this time, however steadily it trickles.
-        std::chrono::seconds bodyTimeout{30};
+        /// The head of a request, and then its body, must each arrive in this time, however steadily they trickle.
+        std::chrono::seconds requestTimeout{30};
     };
 
     /// Throws std::runtime_error with the reason when it cannot listen. `handler` must outlive the server.
@@ -111,10 +111,12 @@ public:
 private:
     struct Exchange;
     struct Callbacks;
+    class Watch;
 
     Options m_options;
     HttpHandler &m_handler;
     QByteArray m_authority;
+    std::unique_ptr<Watch> m_watch;
     MHD_Daemon *m_daemon = nullptr;
 };
 

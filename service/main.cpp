@@ -7,6 +7,8 @@
 #include <QtCore/QDir>
 #include <QtCore/QStandardPaths>
 
+#include <malloc.h>
+
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
@@ -48,7 +50,8 @@ Settings settingsFrom(const QCoreApplication &application)
          QStringLiteral("8750")},
         {QStringLiteral("cache"), QStringLiteral("Folder that keeps what is known of the ads; empty for none."),
          QStringLiteral("folder"), cacheFolder},
-        {QStringLiteral("timeout"), QStringLiteral("Seconds after which a silent connection is closed."),
+        {QStringLiteral("timeout"),
+         QStringLiteral("Seconds after which a silent connection is closed; a request may take three times as long."),
          QStringLiteral("seconds"), QStringLiteral("10")},
         {QStringLiteral("connections"), QStringLiteral("Connections served at a time."), QStringLiteral("number"),
          QStringLiteral("64")},
@@ -61,6 +64,7 @@ Settings settingsFrom(const QCoreApplication &application)
     settings.server.address = parser.value(QStringLiteral("address"));
     settings.server.port = std::uint16_t(number(parser, QStringLiteral("port"), 0, 65535));
     settings.server.idleTimeout = std::chrono::seconds(number(parser, QStringLiteral("timeout"), 1, 3600));
+    settings.server.requestTimeout = 3 * settings.server.idleTimeout;
     settings.server.connectionLimit = number(parser, QStringLiteral("connections"), 1, 10000);
     settings.catalogue = parser.value(QStringLiteral("catalogue"));
     settings.cache = parser.value(QStringLiteral("cache"));
@@ -78,6 +82,9 @@ int main(int argc, char **argv)
     sigaddset(&endings, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &endings, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
+    // The pixels of a large photo go back to the system at once. The allocator would keep them for the thread that had
+    // them, and each connection has a thread.
+    mallopt(M_MMAP_THRESHOLD, 1 << 20);
 
     const QCoreApplication application(argc, argv);
     try {

@@ -2,6 +2,7 @@
 
 #include <QtCore/QBuffer>
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
@@ -62,6 +63,12 @@ int ServiceProcess::end()
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
+qint64 ServiceProcess::memory() const
+{
+    QFile file(u"/proc/%1/statm"_s.arg(m_process.processId()));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() * 4096 : 0;
+}
+
 RawClient::RawClient(quint16 port)
 {
     m_socket.connectToHost(u"127.0.0.1"_s, port);
@@ -72,6 +79,17 @@ void RawClient::send(const QByteArray &bytes)
 {
     m_socket.write(bytes);
     while (m_socket.bytesToWrite() > 0 && m_socket.waitForBytesWritten(patience)) { }
+}
+
+bool RawClient::trickle(const QByteArray &bytes)
+{
+    for (const char byte : bytes) {
+        if (m_socket.state() != QAbstractSocket::ConnectedState)
+            return true;
+        send(QByteArray(1, byte));
+        m_socket.waitForReadyRead(100);
+    }
+    return false;
 }
 
 bool RawClient::readMore()

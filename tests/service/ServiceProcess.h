@@ -27,6 +27,8 @@ public:
 
     bool isListening() const { return m_port != 0; }
     quint16 port() const { return m_port; }
+    /// Bytes of memory, where the system tells.
+    qint64 memory() const;
     QString address() const { return QStringLiteral("http://127.0.0.1:%1/").arg(m_port); }
     /// Asks it to end and gives its exit code, -1 when it does not end by itself.
     int end();
@@ -43,6 +45,8 @@ public:
     explicit RawClient(quint16 port);
 
     void send(const QByteArray &bytes);
+    /// Sends a byte every tenth of a second until the service closes the connection; whether it does so before the end.
+    bool trickle(const QByteArray &bytes);
     /// The next answer; status 0 when the connection ended or nothing came in time. `isHead` expects no body.
     HttpAnswer receive(bool isHead = false);
     /// Whether the service has closed the connection, or does so in good time.

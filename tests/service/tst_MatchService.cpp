@@ -1,6 +1,8 @@
 // The service as its clients meet it: a real process, real sockets, well-behaved and hostile requests.
 
+#include "support/MemoryWatch.h"
 #include "support/Table.h"
+#include "support/TestImages.h"
 #include "tests/service/ServiceProcess.h"
 
 #include <QtCore/QDir>
@@ -293,6 +295,53 @@ private Q_SLOTS:
         QVERIFY(silent.isClosed());
         QVERIFY(halfHeader.isClosed());
         QVERIFY(halfBody.isClosed());
+    }
+
+    // Whoever sends a byte now and then is not silent, and is sent away all the same.
+    void endsRequestsThatTrickle_data()
+    {
+        QTest::addColumn<QByteArray>("start");
+        QTest::newRow("in the head") << QByteArray("GET / HTTP/1.1\r\nX: ");
+        QTest::newRow("in the body") << QByteArray(
+            "POST /image/upload HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 5000\r\n\r\n");
+    }
+    void endsRequestsThatTrickle()
+    {
+        QFETCH(QByteArray, start);
+        const ServiceProcess service({u"--timeout"_s, u"1"_s, u"--connections"_s, u"1"_s});
+        RawClient client(service.port());
+        client.send(start);
+        QVERIFY(client.trickle(QByteArray(600, 'x')));
+        const auto serves = [&service] { return get(service.port(), "/ads/getAd?ad_id=412").code() == 0; };
+        QVERIFY(QTest::qWaitFor(serves, 30000));
+    }
+
+    void servesManyAtOnce()
+    {
+        const ServiceProcess service({u"--connections"_s, u"200"_s}); // one is let go a moment after its client
+        QByteArray wide = TestImages::jpeg(TestImages::quarters({6000, 3900}));
+        const QByteArray giant = uploadRequest(uploadBody(wide));
+        const QByteArray tiny = uploadRequest(uploadBody(TestImages::jpeg(TestImages::quarters({1, 1}))));
+        const QByteArray photo = uploadRequest(uploadBody(m_photo));
+        const QByteArray none = uploadRequest(uploadBody("none"));
+        qint64 before = 0;
+        for (int round = 0; round < 4; ++round) {
+            std::vector<std::unique_ptr<RawClient>> clients;
+            for (int i = 0; i < 64; ++i) {
+                clients.push_back(std::make_unique<RawClient>(service.port()));
+                clients.back()->send(i == 0 ? giant : i % 4 == 1 ? tiny : i % 4 == 2 ? none : photo);
+            }
+            for (int i = 0; i < 64; ++i) {
+                const HttpAnswer answer = clients[i]->receive();
+                QCOMPARE(answer.code(), i % 4 == 2 ? 400 : 0);
+                const bool isMatch = i > 0 && i % 4 != 1 && i % 4 != 2;
+                QCOMPARE(!answer.json().value(u"matches"_s).toArray().isEmpty(), isMatch);
+            }
+            if (round == 0)
+                before = service.memory();
+        }
+        const qint64 growth = service.memory() - before;
+        QVERIFY2(growth < 64 * MemoryWatch::mebibyte || !MemoryWatch::isMeaningful, QByteArray::number(growth));
     }
 
     void servesOnceConnectionsAreFreeAgain()
