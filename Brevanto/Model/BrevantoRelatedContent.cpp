@@ -9,12 +9,12 @@ using namespace Qt::StringLiterals;
 
 struct BrevantoRelatedContent::Archive {
     static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
-        {"title"_L1, Field::title},
-        {"source"_L1, BrevantoBaseEntity::Field::source},
-        {"date"_L1, Field::date},
-        {"thumbnailUrl"_L1, Field::thumbnailUrl},
-        {"contentUrl"_L1, Field::contentUrl},
-        {"body"_L1, Field::body},
+        {"title"_L1, OwnField::title},
+        {"source"_L1, Field::source},
+        {"date"_L1, OwnField::date},
+        {"thumbnailUrl"_L1, OwnField::thumbnailUrl},
+        {"contentUrl"_L1, OwnField::contentUrl},
+        {"body"_L1, OwnField::body},
     });
     static constexpr auto imageType = "imageType"_L1;
 };
