@@ -26,7 +26,7 @@ private Q_SLOTS:
 
     void sameClientForRacingThreads()
     {
-        std::vector<BrevantoClient *> clients(8);
+        std::vector<BrevantoClient *> clients(16);
         std::vector<std::unique_ptr<QThread>> threads;
         for (BrevantoClient *&client : clients)
             threads.emplace_back(QThread::create([&client] { client = BrevantoClient::sharedClient(); }));

@@ -1,0 +1,192 @@
+#include "ScreenWindow.h"
+#include "support/FakeCamera.h"
+#include "support/FakeReachability.h"
+#include "support/RawServer.h"
+#include "support/TestImages.h"
+
+#include "Brevanto/BrevantoAdVC.h"
+#include "Brevanto/BrevantoBundle.h"
+#include "Brevanto/BrevantoCameraVC.h"
+#include "Brevanto/BrevantoPhotoGalleryVC.h"
+#include "Brevanto/ServerManager/ServiceAddress.h"
+#include "Platform/Media/PlayerViewController.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+// The application ends in the midst of something. Copies of this program do.
+class tst_Leaving : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void leavesInTheMidst_data()
+    {
+        QTest::addColumn<QString>("midst");
+        for (const char *midst : {"animation", "request", "upload", "gallery", "video"})
+            QTest::newRow(midst) << QString::fromLatin1(midst);
+    }
+    void leavesInTheMidst()
+    {
+        QFETCH(QString, midst);
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(QCoreApplication::applicationFilePath(), {u"--leave"_s, midst});
+        QVERIFY(process.waitForFinished(120000));
+        const QByteArray output = process.readAll();
+        QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0, output);
+        QVERIFY2(output.contains("in the midst") && !output.contains("Destroyed while"), output);
+    }
+};
+
+namespace
+{
+
+// A host that shows a screen of the SDK, with a camera, a network and a server of its own.
+class Host
+{
+public:
+    Host()
+        : m_address(m_server.url(QString()))
+    {
+        m_camera->scene = TestImages::quarters({600, 800});
+        m_camera->jpeg = TestImages::jpeg(m_camera->scene);
+        Platform::CaptureDevice::registerDevice(m_camera);
+        m_server.setAnswer(RawServer::Answer::stall(RawServer::Stage::Head));
+    }
+    ~Host() { Platform::CaptureDevice::unregisterDevice(m_camera); }
+
+    // Returns in the midst of it; false when it does not come to that.
+    bool begin(const QString &midst)
+    {
+        if (midst == u"animation"_s)
+            return beginAnimation();
+        if (midst == u"upload"_s)
+            return beginUpload();
+        if (midst == u"video"_s)
+            return beginVideo();
+        if (midst == u"gallery"_s)
+            showGallery();
+        else
+            showAd();
+        return isAsked();
+    }
+
+private:
+    template <typename Screen>
+    static std::unique_ptr<Screen> make()
+    {
+        return brevantoStoryboard().instantiate<Screen>(QString::fromLatin1(Screen::staticMetaObject.className()));
+    }
+
+    bool isAsked()
+    {
+        return QTest::qWaitFor([this] { return m_server.requestCount() > 0; }, 20000);
+    }
+
+    std::shared_ptr<BrevantoMatch> match() const
+    {
+        auto match = std::make_shared<BrevantoMatch>();
+        match->setBackgroundImageUrl(m_server.url(u"/ad.jpg"_s));
+        match->setXPercent(50);
+        match->setYPercent(50);
+        match->setImages(QVariantList{m_server.url(u"/1.jpg"_s), m_server.url(u"/2.jpg"_s)});
+        return match;
+    }
+
+    BrevantoAdVC *showAd()
+    {
+        auto made = make<BrevantoAdVC>();
+        BrevantoAdVC *ad = made.get();
+        ad->setMatchGroup(BrevantoMatchGroup::initWithMatches({match()}, QString()));
+        m_window.push(std::move(made));
+        return ad;
+    }
+
+    void showGallery()
+    {
+        auto gallery = make<BrevantoPhotoGalleryVC>();
+        gallery->setMatchObject(match());
+        m_window.push(std::move(gallery));
+    }
+
+    // The ad's markers pulse and another screen is on its way in.
+    bool beginAnimation()
+    {
+        RawServer::Answer picture;
+        picture.body = TestImages::jpeg(TestImages::quarters({300, 400}));
+        m_server.setAnswer(picture);
+        BrevantoAdVC *ad = showAd();
+        const auto hasMarkers = [ad] { return ad->view()->viewWithTag(BrevantoAdVC::firstHotspotTag) != nullptr; };
+        if (!QTest::qWaitFor(hasMarkers, 20000))
+            return false;
+        ad->navigationController()->pushViewController(make<BrevantoPhotoGalleryVC>(), true);
+        QTest::qWait(50);
+        return true;
+    }
+
+    bool beginUpload()
+    {
+        auto made = make<BrevantoCameraVC>();
+        BrevantoCameraVC *camera = made.get();
+        m_window.push(std::move(made));
+        if (!QTest::qWaitFor([this] { return m_camera->isDelivering(); }, 20000))
+            return false;
+        m_window.tap(camera->view()->findChild<QQuickItem *>(u"captureButton"_s));
+        return isAsked();
+    }
+
+    bool beginVideo()
+    {
+        QFile clip(QStringLiteral(CLIPS "/velkesta-ride.webm"));
+        RawServer::Answer answer;
+        if (clip.open(QIODevice::ReadOnly))
+            answer.body = clip.readAll();
+        m_server.setAnswer(answer);
+        BrevantoAdVC *ad = showAd();
+        ad->openAvPlayerControllerWithUrl(m_server.url(u"/clip.webm"_s));
+        const auto *player = qobject_cast<Platform::PlayerViewController *>(ad->presentedViewController());
+        return player && QTest::qWaitFor([player] { return player->player()->position() > 0; }, 20000);
+    }
+
+    FakeReachability m_network;
+    RawServer m_server;
+    ServiceAddress::Override m_address;
+    std::shared_ptr<FakeCamera> m_camera = std::make_shared<FakeCamera>();
+    ScreenWindow m_window;
+};
+
+int leave(QGuiApplication &application, const QString &midst)
+{
+    QStandardPaths::setTestModeEnabled(true);
+    Host host;
+    QTimer::singleShot(0, &application, [&] {
+        if (!host.begin(midst))
+            return QCoreApplication::exit(1);
+        std::puts("in the midst");
+        std::fflush(stdout);
+        QCoreApplication::exit(0);
+    });
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QGuiApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--leave"_s)
+        return leave(application, arguments.value(2));
+    tst_Leaving test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_Leaving.moc"
