@@ -19,18 +19,16 @@ public:
     // not trimmed; 0, false, empty lists and empty objects are valid.
     static bool isValid(const QJsonValue &value);
 
-    const QVariant &source() const { return m_fields.value(Field::source); } // name of the publishing source
-    void setSource(QVariant source) { m_fields.setValue(Field::source, std::move(source)); }
-    const QVariant &language() const { return m_fields.value(Field::language); } // language of the content
-    void setLanguage(QVariant language) { m_fields.setValue(Field::language, std::move(language)); }
-    const QVariant &section() const { return m_fields.value(Field::section); } // department of the content
-    void setSection(QVariant section) { m_fields.setValue(Field::section, std::move(section)); }
+    const QVariant &source() const { return m_fields.value(sourceField); } // name of the publishing source
+    void setSource(QVariant source) { m_fields.setValue(sourceField, std::move(source)); }
+    const QVariant &language() const { return m_fields.value(languageField); } // language of the content
+    void setLanguage(QVariant language) { m_fields.setValue(languageField, std::move(language)); }
+    const QVariant &section() const { return m_fields.value(sectionField); } // department of the content
+    void setSection(QVariant section) { m_fields.setValue(sectionField, std::move(section)); }
 
 protected:
     // Numbers of the fields that all content records have; a record's own follow them.
-    struct Field {
-        enum { source, language, section, count };
-    };
+    enum { sourceField, languageField, sectionField, entityFieldCount };
 
     // The values of all fields, those of derived records included.
     BrevantoFieldValues m_fields;

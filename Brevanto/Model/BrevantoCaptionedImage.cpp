@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 struct BrevantoCaptionedImage::Archive {
     static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
-        {"imageURL"_L1, Field::imageURL},
-        {"captionText"_L1, Field::captionText},
+        {"imageURL"_L1, imageURLField},
+        {"captionText"_L1, captionTextField},
     });
 };
 

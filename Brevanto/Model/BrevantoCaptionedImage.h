@@ -11,10 +11,10 @@ public:
     ~BrevantoCaptionedImage() override;
 
     // The image's address and what stands below it; text, null when the service sent none.
-    const QVariant &imageURL() const { return m_fields.value(Field::imageURL); }
-    void setImageURL(QVariant imageURL) { m_fields.setValue(Field::imageURL, std::move(imageURL)); }
-    const QVariant &captionText() const { return m_fields.value(Field::captionText); }
-    void setCaptionText(QVariant captionText) { m_fields.setValue(Field::captionText, std::move(captionText)); }
+    const QVariant &imageURL() const { return m_fields.value(imageURLField); }
+    void setImageURL(QVariant imageURL) { m_fields.setValue(imageURLField, std::move(imageURL)); }
+    const QVariant &captionText() const { return m_fields.value(captionTextField); }
+    void setCaptionText(QVariant captionText) { m_fields.setValue(captionTextField, std::move(captionText)); }
 
     // As Platform::Codable says.
     QString className() const override;
@@ -23,9 +23,7 @@ public:
 
 private:
     struct Archive;
-    struct Field {
-        enum { imageURL, captionText };
-    };
+    enum { imageURLField, captionTextField };
 
     BrevantoFieldValues m_fields;
 };

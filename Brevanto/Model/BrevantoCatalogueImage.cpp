@@ -8,9 +8,9 @@ using namespace Qt::StringLiterals;
 
 struct BrevantoCatalogueImage::Archive {
     static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
-        {"imageURL"_L1, Field::imageURL},
-        {"captionText"_L1, Field::captionText},
-        {"buyURL"_L1, Field::buyURL},
+        {"imageURL"_L1, imageURLField},
+        {"captionText"_L1, captionTextField},
+        {"buyURL"_L1, buyURLField},
     });
 };
 

@@ -11,12 +11,12 @@ public:
     ~BrevantoCatalogueImage() override;
 
     // The image's address, what stands below it and where the product is sold; text, null when the service sent none.
-    const QVariant &imageURL() const { return m_fields.value(Field::imageURL); }
-    void setImageURL(QVariant imageURL) { m_fields.setValue(Field::imageURL, std::move(imageURL)); }
-    const QVariant &captionText() const { return m_fields.value(Field::captionText); }
-    void setCaptionText(QVariant captionText) { m_fields.setValue(Field::captionText, std::move(captionText)); }
-    const QVariant &buyURL() const { return m_fields.value(Field::buyURL); }
-    void setBuyURL(QVariant buyURL) { m_fields.setValue(Field::buyURL, std::move(buyURL)); }
+    const QVariant &imageURL() const { return m_fields.value(imageURLField); }
+    void setImageURL(QVariant imageURL) { m_fields.setValue(imageURLField, std::move(imageURL)); }
+    const QVariant &captionText() const { return m_fields.value(captionTextField); }
+    void setCaptionText(QVariant captionText) { m_fields.setValue(captionTextField, std::move(captionText)); }
+    const QVariant &buyURL() const { return m_fields.value(buyURLField); }
+    void setBuyURL(QVariant buyURL) { m_fields.setValue(buyURLField, std::move(buyURL)); }
 
     // As Platform::Codable says.
     QString className() const override;
@@ -25,9 +25,7 @@ public:
 
 private:
     struct Archive;
-    struct Field {
-        enum { imageURL, captionText, buyURL };
-    };
+    enum { imageURLField, captionTextField, buyURLField };
 
     BrevantoFieldValues m_fields;
 };

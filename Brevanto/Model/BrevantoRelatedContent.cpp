@@ -9,12 +9,12 @@ using namespace Qt::StringLiterals;
 
 struct BrevantoRelatedContent::Archive {
     static constexpr auto fields = std::to_array<BrevantoArchiveEntry>({
-        {"title"_L1, OwnField::title},
-        {"source"_L1, Field::source},
-        {"date"_L1, OwnField::date},
-        {"thumbnailUrl"_L1, OwnField::thumbnailUrl},
-        {"contentUrl"_L1, OwnField::contentUrl},
-        {"body"_L1, OwnField::body},
+        {"title"_L1, titleField},
+        {"source"_L1, sourceField},
+        {"date"_L1, dateField},
+        {"thumbnailUrl"_L1, thumbnailUrlField},
+        {"contentUrl"_L1, contentUrlField},
+        {"body"_L1, bodyField},
     });
     static constexpr auto imageType = "imageType"_L1;
 };

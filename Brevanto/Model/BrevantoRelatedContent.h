@@ -10,16 +10,16 @@ public:
     BrevantoRelatedContent() = default;
     ~BrevantoRelatedContent() override;
 
-    const QVariant &title() const { return m_fields.value(OwnField::title); } // headline
-    void setTitle(QVariant title) { m_fields.setValue(OwnField::title, std::move(title)); }
-    const QVariant &date() const { return m_fields.value(OwnField::date); } // date text of the match it belongs to
-    void setDate(QVariant date) { m_fields.setValue(OwnField::date, std::move(date)); }
-    const QVariant &thumbnailUrl() const { return m_fields.value(OwnField::thumbnailUrl); } // address of a small picture
-    void setThumbnailUrl(QVariant thumbnailUrl) { m_fields.setValue(OwnField::thumbnailUrl, std::move(thumbnailUrl)); }
-    const QVariant &contentUrl() const { return m_fields.value(OwnField::contentUrl); } // address of the video or article
-    void setContentUrl(QVariant contentUrl) { m_fields.setValue(OwnField::contentUrl, std::move(contentUrl)); }
-    const QVariant &body() const { return m_fields.value(OwnField::body); } // description
-    void setBody(QVariant body) { m_fields.setValue(OwnField::body, std::move(body)); }
+    const QVariant &title() const { return m_fields.value(titleField); } // headline
+    void setTitle(QVariant title) { m_fields.setValue(titleField, std::move(title)); }
+    const QVariant &date() const { return m_fields.value(dateField); } // date text of the match it belongs to
+    void setDate(QVariant date) { m_fields.setValue(dateField, std::move(date)); }
+    const QVariant &thumbnailUrl() const { return m_fields.value(thumbnailUrlField); } // address of a small picture
+    void setThumbnailUrl(QVariant thumbnailUrl) { m_fields.setValue(thumbnailUrlField, std::move(thumbnailUrl)); }
+    const QVariant &contentUrl() const { return m_fields.value(contentUrlField); } // address of the video or article
+    void setContentUrl(QVariant contentUrl) { m_fields.setValue(contentUrlField, std::move(contentUrl)); }
+    const QVariant &body() const { return m_fields.value(bodyField); } // description
+    void setBody(QVariant body) { m_fields.setValue(bodyField, std::move(body)); }
     qint32 imageType() const { return m_imageType; } // kind of image; 0 unless set
     void setImageType(qint32 imageType) { m_imageType = imageType; }
 
@@ -30,9 +30,7 @@ public:
 
 private:
     struct Archive;
-    struct OwnField {
-        enum { title = Field::count, date, thumbnailUrl, contentUrl, body };
-    };
+    enum { titleField = entityFieldCount, dateField, thumbnailUrlField, contentUrlField, bodyField };
 
     qint32 m_imageType = 0;
 };

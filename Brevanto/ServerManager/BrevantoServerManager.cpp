@@ -71,8 +71,7 @@ std::shared_ptr<BrevantoServerManager> BrevantoServerManager::sharedServerManage
     auto manager = create();
     sharedManager().set(manager);
     qAddPostRoutine(endSharedManager);
-    static const int registration = std::atexit(endSharedManager);
-    Q_UNUSED(registration);
+    [[maybe_unused]] static const int registration = std::atexit(endSharedManager);
     return manager;
 }
 

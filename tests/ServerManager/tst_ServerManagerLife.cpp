@@ -140,7 +140,7 @@ int leave(int argc, char *argv[], const QString &way, const QString &server)
     const ServiceAddress::Override address(server);
     sendRequests(server);
     std::getchar();
-    static std::shared_ptr<Platform::URLSession> *volatile heldForever = nullptr;
+    [[maybe_unused]] static std::shared_ptr<Platform::URLSession> *volatile heldForever = nullptr;
     if (way == QLatin1String("hold"))
         heldForever = new auto(BrevantoServerManager::sharedServerManager()->currentSession());
     if (way != QLatin1String("return"))
