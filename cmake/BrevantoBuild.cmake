@@ -36,11 +36,12 @@ function(brevanto_require_secure_address variable)
     endif()
 endfunction()
 
-# The QML compiler's C++ is not ours to mend. After qt_add_qml_module, in the same folder.
+# The QML compiler's C++ is not ours to mend; and there is so much of it that its speed is not worth its room.
+# After qt_add_qml_module, in the same folder.
 function(brevanto_silence_generated_sources target)
     get_target_property(generated ${target} SOURCES)
     list(FILTER generated INCLUDE REGEX "qmlcache.*\\.cpp$")
-    set_source_files_properties(${generated} PROPERTIES COMPILE_OPTIONS "-w")
+    set_source_files_properties(${generated} PROPERTIES COMPILE_OPTIONS "-w;$<$<CONFIG:Release>:-Os>")
 endfunction()
 
 # As generated, a QML module's types, resources and compiled scenes are registered while the library is loaded. Makes them
