@@ -25,6 +25,7 @@ namespace
 
 constexpr qreal maximumZoom = 6.0;
 constexpr qreal zoomRate = 3.0;
+constexpr qreal zoomStep = 1.25; // of a key
 constexpr int splashMarkTag = 302;
 
 std::shared_ptr<CaptureDevice> firstDevice(CaptureDevicePosition position)
@@ -271,8 +272,27 @@ void BrevantoCameraVC::pinched(GestureState state, qreal scale)
         m_baseScale = device.videoZoomFactor();
         return;
     }
-    const qreal zoom = m_baseScale * scale;
-    if (state != Changed || zoom < 1.0 || zoom >= std::min(device.activeFormatVideoMaxZoomFactor(), maximumZoom))
+    if (state == Changed)
+        zoomTo(m_baseScale * scale);
+}
+
+void BrevantoCameraVC::zoomIn()
+{
+    if (m_captureDeviceInput)
+        zoomTo(m_captureDeviceInput->device()->videoZoomFactor() * zoomStep);
+}
+
+void BrevantoCameraVC::zoomOut()
+{
+    // The last step leads all the way back, wherever a pinch left the zoom.
+    if (m_captureDeviceInput)
+        zoomTo(std::max(1.0, m_captureDeviceInput->device()->videoZoomFactor() / zoomStep));
+}
+
+void BrevantoCameraVC::zoomTo(qreal zoom)
+{
+    CaptureDevice &device = *m_captureDeviceInput->device();
+    if (zoom < 1.0 || zoom >= std::min(device.activeFormatVideoMaxZoomFactor(), maximumZoom))
         return;
     configure(device, [zoom](CaptureDevice &locked) { locked.rampToVideoZoomFactor(zoom, zoomRate); });
 }

@@ -64,6 +64,9 @@ public:
     Q_INVOKABLE void closeButtonAction();
     // `scale` is relative to the distance at which the fingers began.
     Q_INVOKABLE void pinched(BrevantoCameraVC::GestureState state, qreal scale);
+    // By one step of the keyboard.
+    Q_INVOKABLE void zoomIn();
+    Q_INVOKABLE void zoomOut();
 
     // Prepares the photo for its upload off the main thread, and sends it. From one that is damaged or a mere line the
     // user goes back to the live preview.
@@ -102,6 +105,8 @@ private:
     void configureFlashAndFocus();
     void startRunning();
     void placePreviewAndGuide();
+    // Beyond the limits the zoom stays as it is.
+    void zoomTo(qreal zoom);
 
     std::shared_ptr<Platform::CaptureConnection> videoConnection() const;
     void photoPrepared(const QByteArray &jpeg);

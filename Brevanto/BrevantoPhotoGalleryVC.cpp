@@ -19,6 +19,7 @@ namespace
 
 constexpr qreal pageMargin = 5;
 constexpr qreal maximumZoom = 2;
+constexpr qreal zoomStep = 1.25; // of a key
 constexpr qreal captionHeight = 80;
 constexpr qreal captionBottom = 20;
 constexpr qreal captionMargin = 10;
@@ -334,6 +335,22 @@ void BrevantoPhotoGalleryVC::scrollByPages(int count)
     const QPointF step(count * m_imagesScrollView->frame().width(), 0);
     // While a move is under way, from where that leads: two quick taps are two pages.
     m_imagesScrollView->setContentOffset(m_imagesScrollView->restingOffset() + step, true);
+}
+
+void BrevantoPhotoGalleryVC::zoomIn()
+{
+    zoomBy(zoomStep);
+}
+
+void BrevantoPhotoGalleryVC::zoomOut()
+{
+    zoomBy(1 / zoomStep);
+}
+
+void BrevantoPhotoGalleryVC::zoomBy(qreal factor)
+{
+    if (Platform::ScrollView *page = m_pages.value(m_page))
+        page->setZoomScale(page->restingZoomScale() * factor, true);
 }
 
 void BrevantoPhotoGalleryVC::buyButtonClicked(CatalogueButton *button)

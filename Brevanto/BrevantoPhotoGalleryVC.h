@@ -65,6 +65,9 @@ public:
 
     Q_INVOKABLE void nextButtonClicked();
     Q_INVOKABLE void prevButtonClicked();
+    // The page on show, by one step of the keyboard.
+    Q_INVOKABLE void zoomIn();
+    Q_INVOKABLE void zoomOut();
     void buyButtonClicked(CatalogueButton *button);
     // Opens the page in the web viewer; an empty address is answered with an alert.
     void openArticleOnWeb(const QString &urlString);
@@ -100,6 +103,7 @@ private:
 
     void scrollByPages(int count);
     void turnTo(int page);
+    void zoomBy(qreal factor);
     void updateButtons();
     void setArrowHidden(Platform::Button *arrow, bool hidden);
 

@@ -17,6 +17,16 @@ View {
 
     backgroundColor: "black"
 
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Plus || event.key === Qt.Key_Equal)
+            controller.zoomIn()
+        else if (event.key === Qt.Key_Minus)
+            controller.zoomOut()
+        else
+            return
+        event.accepted = true
+    }
+
     View {
         id: preview
         objectName: "previewView"

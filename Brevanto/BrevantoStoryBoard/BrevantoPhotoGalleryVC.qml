@@ -12,6 +12,15 @@ View {
 
     Keys.onLeftPressed: controller.prevButtonClicked()
     Keys.onRightPressed: controller.nextButtonClicked()
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Plus || event.key === Qt.Key_Equal)
+            controller.zoomIn()
+        else if (event.key === Qt.Key_Minus)
+            controller.zoomOut()
+        else
+            return
+        event.accepted = true
+    }
 
     ScrollArea {
         objectName: "imagesScrollView"

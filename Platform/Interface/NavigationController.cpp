@@ -72,6 +72,7 @@ void NavigationController::viewDidLoad()
     Q_EMIT barChanged();
     for (const auto &controller : d->stack)
         stack(controller.get());
+    topViewController()->view()->setFocus(true);
     d->cover = new InputShield;
     d->cover->setFrame(view()->bounds());
     d->cover->setAutoresizingMask(View::FlexibleWidth | View::FlexibleHeight);

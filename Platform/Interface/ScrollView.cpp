@@ -86,6 +86,11 @@ qreal ScrollView::zoomScale() const
     return m_scene && !m_isPagingEnabled ? m_scene->property("zoom").toReal() : m_minimumZoomScale;
 }
 
+qreal ScrollView::restingZoomScale() const
+{
+    return m_scene && !m_isPagingEnabled ? m_scene->property("restingZoom").toReal() : m_minimumZoomScale;
+}
+
 void ScrollView::setZoomScale(qreal scale, bool animated)
 {
     if (m_scene && !m_isPagingEnabled)

@@ -64,6 +64,8 @@ public:
     void setMinimumZoomScale(qreal scale);
     void setMaximumZoomScale(qreal scale);
     qreal zoomScale() const;
+    // What the zoom will be once it does not change any more by itself.
+    qreal restingZoomScale() const;
     // Kept between the two.
     void setZoomScale(qreal scale, bool animated);
 

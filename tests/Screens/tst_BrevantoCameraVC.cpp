@@ -193,6 +193,24 @@ private Q_SLOTS:
         QVERIFY(camera.camera->zoom < 3.5);
     }
 
+    void zoomsByKeys()
+    {
+        CameraScreen camera;
+        camera.open();
+        const auto press = [&](Qt::Key key, int times) {
+            for (int i = 0; i < times; ++i)
+                QTest::keyClick(camera.window.window(), key);
+            return camera.camera->zoom;
+        };
+        camera.camera->zoom = 1.1;
+        QCOMPARE(press(Qt::Key_Minus, 2), 1.0);
+        QCOMPARE(press(Qt::Key_Plus, 1), 1.25);
+        QCOMPARE(press(Qt::Key_Equal, 1), 1.5625);
+        const qreal most = press(Qt::Key_Plus, 20);
+        QVERIFY(most > 4.5 && most < 6);
+        QCOMPARE(press(Qt::Key_Minus, 20), 1.0);
+    }
+
     void showsTheGuide()
     {
         CameraScreen camera;

@@ -179,7 +179,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_screen);
     }
 
-    void zoomsByPinchAndDoubleTap()
+    void zoomsByPinchDoubleTapAndKeys()
     {
         open({}, pictures(3));
         QTRY_VERIFY(imageView(0)->isShowingImage());
@@ -205,6 +205,18 @@ private Q_SLOTS:
         QTRY_COMPARE(zoom(), 1.0);
         m_window->fling({340, 300}, {40, 300});
         QTRY_COMPARE(pageInSight(), 2);
+
+        // Two quick keys are two steps, on the page in sight.
+        QTest::keyClick(m_window->window(), Qt::Key_Plus);
+        QTest::keyClick(m_window->window(), Qt::Key_Equal);
+        QTRY_COMPARE(zoom(), 1.5625);
+        QCOMPARE(imageView(1)->scale(), 1.0);
+        for (int i = 0; i < 4; ++i)
+            QTest::keyClick(m_window->window(), Qt::Key_Plus);
+        QTRY_COMPARE(zoom(), 2.0);
+        for (int i = 0; i < 5; ++i)
+            QTest::keyClick(m_window->window(), Qt::Key_Minus);
+        QTRY_COMPARE(zoom(), 1.0);
     }
 
     void buyButtonTakesTheThemesColor_data()

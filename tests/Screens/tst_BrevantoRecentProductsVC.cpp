@@ -10,6 +10,7 @@
 #include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Interface/ImageView.h"
 
+#include <QAccessible>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -61,26 +62,27 @@ private Q_SLOTS:
     void laysTilesInTwoColumns_data()
     {
         addColumns<QSize, QSizeF, bool>("window", "tile", "turned");
-        QTest::newRow("320 points wide") << QSize(320, 568) << QSizeF(145, 210) << false;
-        QTest::newRow("393 points wide") << QSize(393, 852) << QSizeF(181.5, 210) << false;
-        QTest::newRow("turned since the start") << QSize(360, 700) << QSizeF(165, 210) << true;
+        addColumns<int, QSizeF>("columns", "turnedTile"); // once the window has turned
+        QTest::newRow("320 points wide") << QSize(320, 568) << QSizeF(145, 210) << false << 3 << QSizeF(145, 210);
+        QTest::newRow("393 points wide") << QSize(393, 852) << QSizeF(181.5, 210) << false << 4 << QSizeF(181.5, 210);
+        QTest::newRow("turned since the start") << QSize(360, 700) << QSizeF(165, 210) << true << 2 << QSizeF(335, 210);
     }
     void laysTilesInTwoColumns()
     {
         QFETCH(QSize, window);
         QFETCH(QSizeF, tile);
         QFETCH(bool, turned);
+        QFETCH(QSizeF, turnedTile);
+        QFETCH(int, columns);
         BrevantoRecentsFileManager::saveMatchGroupsToFileManager(groups(9));
         open(window, turned);
         QTRY_VERIFY(areTilesFilled());
-        for (const Tile &shown : tiles()) {
-            if (shown.row < 0)
-                continue;
-            const QRectF place = shown.item->mapRectToItem(grid(), {QPointF(), shown.item->size()});
-            const QPointF origin(10 + (shown.row % 2) * (tile.width() + 10), 10 + (shown.row / 2) * 220.0);
-            QCOMPARE(place, QRectF(origin, tile));
-            QCOMPARE(shown.imageView->frame(), QRectF(3, 3, tile.width() - 6, tile.height() - 6));
-        }
+        QCOMPARE(misplaced(2, tile), QString());
+        m_window->window()->resize(window.transposed());
+        QTRY_COMPARE(grid()->size(), m_screen->view()->size());
+        QTRY_VERIFY(areTilesFilled());
+        QTRY_COMPARE(misplaced(columns, turnedTile), QString());
+        QVERIFY(inUse() >= columns);
     }
 
     void showsNothingForAnEmptyStore_data() { addBothRows("isSaved", "no file", "empty list"); }
@@ -98,6 +100,7 @@ private Q_SLOTS:
     {
         BrevantoMatchGroupList saved = groups(3);
         saved[1]->setListOfMatches({});
+        saved[2]->listOfMatches().constFirst()->setTitle(QString());
         openOn(saved, false);
         const auto filled = [this] {
             QSet<int> rows;
@@ -109,6 +112,10 @@ private Q_SLOTS:
         };
         QTRY_COMPARE(filled(), QSet<int>({0, 2}));
         QCOMPARE(inUse(), 3);
+        QStringList spoken;
+        for (const Tile &tile : tiles())
+            spoken.append(QAccessible::queryAccessibleInterface(tile.item)->text(QAccessible::Name));
+        QCOMPARE(spoken.first(3), QStringList({u"Kettle 0"_s, u"Ad 2"_s, u"Ad 3"_s}));
         QCOMPARE(m_server->requestCount(), 2);
     }
 
@@ -242,7 +249,7 @@ private:
             const QString url = m_server->url(u"/%1"_s.arg(row));
             auto match = std::make_shared<BrevantoMatch>();
             match->setBackgroundImageUrl(url);
-            match->setTitle(u"Ad %1"_s.arg(row));
+            match->setTitle(u"Kettle %1"_s.arg(row));
             groups.append(BrevantoMatchGroup::initWithMatches({match}, url));
         }
         return groups;
@@ -284,6 +291,22 @@ private:
     BrevantoAdVC *ad() const { return qobject_cast<BrevantoAdVC *>(m_stack->topViewController()); }
     QQuickItem *grid() const { return m_screen->recentCollectionView(); }
     bool isMoving() const { return grid()->property("moving").toBool(); }
+
+    // The tiles in use that stand elsewhere than in that grid.
+    QString misplaced(int columns, const QSizeF &size) const
+    {
+        QString found;
+        for (const Tile &tile : tiles()) {
+            if (tile.row < 0)
+                continue;
+            const QPointF origin(10 + tile.row % columns * (size.width() + 10), 10 + tile.row / columns * 220.0);
+            const QRectF place = tile.item->mapRectToItem(grid(), {QPointF(), tile.item->size()})
+                                     .translated(0, grid()->property("contentY").toReal() + 10);
+            if (place != QRectF(origin, size) || tile.imageView->frame() != QRectF({}, size).adjusted(3, 3, -3, -3))
+                QDebug(&found) << tile.row << place << tile.imageView->frame();
+        }
+        return found;
+    }
 
     // How many of them show a group.
     qsizetype inUse() const

@@ -21,6 +21,7 @@ View {
 
         anchors.fill: parent
         clip: true
+        focus: true
     }
 
     // A swipe from the left edge leads back.

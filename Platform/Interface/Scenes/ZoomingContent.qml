@@ -11,6 +11,8 @@ Flickable {
     property real maximumZoom: 1
     property string accessibleName
     property real zoom: 1
+    // Where the zoom leads that changes by itself.
+    readonly property real restingZoom: movement.running ? movement.to : zoom
     property bool scrolls: true
     // Two fingers zoom, and nothing else moves then.
     readonly property bool areTwoDown: first.active && second.active
