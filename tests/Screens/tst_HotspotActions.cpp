@@ -51,29 +51,40 @@ private Q_SLOTS:
 
     void offersWhatTheMatchCarries_data()
     {
-        addColumns<std::shared_ptr<BrevantoMatch>, QString>("match", "titles");
-        QTest::newRow("everything") << fullMatchAt(50, 40)
-                                    << u"More Information,Video,Audio,Make Call,Photo Gallery,Buy it now"_s;
-        auto buy = matchAt(50, 40);
-        buy->setBuyUrl(webAddress);
-        buy->setReviewUrl(QString());
-        buy->setGalleryDataSource({});
-        buy->setAdCatalogue(QVariantList{webAddress});
-        QTest::newRow("one, an empty text, a catalogue alone") << buy << u"Buy it now"_s;
-        auto number = matchAt(50, 40);
-        number->setPhoneNumber(5551234);
-        number->setAudioUrl(webAddress);
-        QTest::newRow("a number for text") << number << u"Audio,Make Call"_s;
+        addColumns<std::shared_ptr<BrevantoMatch>, QStringList>("match", "options"); // icon and title
+        using Setter = void (BrevantoMatch::*)(QVariant);
+        const auto alone = [](const QString &option, Setter set, const QVariant &value) {
+            const auto match = matchAt(50, 40);
+            (match.get()->*set)(value);
+            QTest::newRow(qPrintable(option + u" alone"_s)) << match << QStringList(option);
+            return option;
+        };
+        const QStringList all = {
+            alone(u"ic_info More Information"_s, &BrevantoMatch::setReviewUrl, webAddress),
+            alone(u"ic_video Video"_s, &BrevantoMatch::setYouTubeVideoUrl, webAddress),
+            alone(u"ic_audio Audio"_s, &BrevantoMatch::setAudioUrl, webAddress),
+            alone(u"ic_call Make Call"_s, &BrevantoMatch::setPhoneNumber, 5551234),
+            alone(u"ic_gallery Photo Gallery"_s, &BrevantoMatch::setImages, QVariantList{webAddress}),
+            alone(u"ic_buy Buy it now"_s, &BrevantoMatch::setBuyUrl, webAddress)};
+        QTest::newRow("all") << fullMatchAt(50, 40) << all;
+        const auto nothing = matchAt(50, 40);
+        nothing->setReviewUrl(QString());
+        nothing->setGalleryDataSource({});
+        nothing->setAdCatalogue(QVariantList{webAddress});
+        QTest::newRow("an empty text, a catalogue alone") << nothing << QStringList();
     }
     void offersWhatTheMatchCarries()
     {
         QFETCH(std::shared_ptr<BrevantoMatch>, match);
+        QFETCH(QStringList, options);
         open({match});
-        QVERIFY(openPopover());
-        QTEST(rows().join(u','), "titles");
-        QCOMPARE(card().size(), QSizeF(250, rows().size() * 50 + 16));
-        QVERIFY(isDimmed());
-        QVERIFY(!marker(0)->shouldAnimate());
+        m_window->tap(marker(0));
+        QTRY_VERIFY(presented() && (options.isEmpty() || isPopoverOpen()));
+        QCOMPARE(isPopoverOpen() ? rows() : QStringList(), options);
+        QCOMPARE(marker(0)->shouldAnimate(), options.isEmpty());
+        QCOMPARE(isDimmed(), !options.isEmpty());
+        if (!options.isEmpty())
+            QCOMPARE(card().size(), QSizeF(250, options.size() * 50 + 16));
     }
 
     // The other actions are taken by the tour of the host application.
@@ -94,6 +105,8 @@ private Q_SLOTS:
         addColumns<QVariant, QString>("number", "opened");
         QTest::newRow("plain") << QVariant(u"+15551234"_s) << u"tel:+15551234"_s;
         QTest::newRow("a number") << QVariant(5551234) << u"tel:5551234"_s;
+        QTest::newRow("letters") << QVariant(u"1-800-FLOWERS"_s) << u"tel:1-800-FLOWERS"_s;
+        QTest::newRow("letters alone") << QVariant(u"call me"_s) << QString();
         QTest::newRow("blanks") << QVariant(u"555 12 34"_s) << u"tel:555 12 34"_s;
         QTest::newRow("another scheme") << QVariant(u"//host/file:///etc/passwd"_s) << QString();
         QTest::newRow("garbage") << QVariant(u"%zz[:"_s) << QString();
@@ -135,6 +148,14 @@ private Q_SLOTS:
             return allowed.contains(card()) && card().height() >= 100;
         };
         QVERIFY(check());
+        // The arrow's tip is at the marker's edge, or as near as the card's round corner lets it; without an arrow the
+        // popover covers the marker.
+        const auto *popover = presented()->popoverPresentationController();
+        const QPointF middle = marker(0)->mapToScene(marker(0)->boundingRect().center());
+        if (popover->arrowVector().isNull())
+            QVERIFY(card().contains(middle));
+        else
+            QVERIFY(QLineF(popover->arrowTip(), middle).length() < marker(0)->width() / 2 + 5);
         // The marker stays where it was put; in the turned window it may lie outside.
         m_window->window()->resize(window.transposed());
         QTRY_COMPARE(m_screen->dummyPopoverView()->frame().size(), QSizeF(window.transposed()));
@@ -175,14 +196,11 @@ private Q_SLOTS:
             matches.append(fullMatchAt((i % 10) * 10 + 5, (i / 10) * 5 + 2));
         open(matches);
         delete marker(3); // all others are stopped and started without it
-        m_window->tap(marker(55));
-        m_window->tap(marker(57));
-        m_window->tap(marker(55));
+        // All at once: once the popover is open, a tap beside it closes it.
+        tapAtOnce({marker(55), marker(57), marker(55)});
         QTRY_VERIFY(isPopoverOpen());
         QCOMPARE(m_screen->activeMatchObject(), matches.at(55));
-        const QPointF call = row(3)->mapToScene(row(3)->boundingRect().center());
-        m_window->tap(call);
-        m_window->tap(call);
+        tapAtOnce({row(3), row(3)});
         QTRY_COMPARE(m_opener->opened, QStringList{u"tel:+15551234"_s});
         QTRY_VERIFY(!isDimmed());
         QVERIFY(m_screen->isVisible());
@@ -204,8 +222,8 @@ private Q_SLOTS:
         QTRY_VERIFY(row(0) && row(0)->mapToScene({}).y() >= 52);
         QTRY_COMPARE(m_screen->dummyPopoverView()->shownBackgroundColor().alpha(), 102);
         QCOMPARE(rows().size(), 6);
-        QCOMPARE(rows().constFirst(), u"Get more information on the product"_s);
-        QCOMPARE(rows().constLast(), u"Buy the product right now"_s);
+        QCOMPARE(rows().constFirst(), u"ic_info Get more information on the product"_s);
+        QCOMPARE(rows().constLast(), u"ic_buy Buy the product right now"_s);
         QCOMPARE(item(u"dataTableView"_s)->height(), 352.0);
         QVERIFY(marker(0)->shouldAnimate());
         // Turned and back.
@@ -283,12 +301,16 @@ private:
         return card ? card->mapRectToScene(card->boundingRect()) : QRectF();
     }
 
+    // Icon and title of each.
     QStringList rows() const
     {
-        QStringList titles;
-        for (int index = 0; const QQuickItem *shown = row(index); ++index)
-            titles.append(shown->property("text").toString());
-        return titles;
+        QStringList shown;
+        for (int index = 0; const QQuickItem *each = row(index); ++index) {
+            const auto *icon = each->property("iconImageView").value<QQuickItem *>();
+            shown.append(icon->property("source").toUrl().fileName().section(u'.', 0, 0) + u' '
+                         + each->property("text").toString());
+        }
+        return shown;
     }
 
     Platform::ViewController *presented() const { return m_screen->presentedViewController(); }
@@ -303,6 +325,18 @@ private:
     {
         m_window->tap(marker(index));
         return QTest::qWaitFor([this] { return isPopoverOpen(); });
+    }
+
+    // Touches one after the other while nothing else goes on.
+    void tapAtOnce(const QList<QQuickItem *> &items)
+    {
+        QList<QPoint> places;
+        for (const QQuickItem *item : items)
+            places.append(item->mapToScene(item->boundingRect().center()).toPoint());
+        for (const QPoint &place : places) {
+            QTest::touchEvent(m_window->window(), m_window->finger(), false).press(0, place).commit(false);
+            QTest::touchEvent(m_window->window(), m_window->finger(), false).release(0, place).commit(false);
+        }
     }
 
     bool isDimmed() const { return m_screen->dummyPopoverView()->superview(); }
