@@ -73,7 +73,9 @@ QJsonObject withAbsoluteAddresses(const QJsonObject &record, const CatalogueAd &
 {
     const auto absolute = [&base](const QString &path) { return base + path; };
     QJsonObject given = withChangedAddresses(record, {}, absolute).toObject();
-    given.insert(QStringLiteral("app_img"), absolute(ad.image));
+    // A record may name its picture under the other key.
+    if (!given.contains(QStringLiteral("bg_img")))
+        given.insert(QStringLiteral("app_img"), absolute(ad.image));
     return given;
 }
 

@@ -219,6 +219,14 @@ void tst_BrevantoWebVC::walksThroughPages()
     m_window->tap(QPointF(195, 600));
     QTRY_COMPARE(pixel(0.5, 0.2).rgb(), red);
     QTRY_VERIFY(isEnabled(QStringLiteral("Back")));
+
+    // The window turns: the page fills what the toolbar leaves of it.
+    m_window->window()->resize(844, 390);
+    QTRY_COMPARE(viewer->view()->width(), 844.0);
+    QTRY_COMPARE(pixel(0.98, 0.8).rgb(), red);
+    QTRY_COMPARE(pixel(0.98, 0.97).rgb(), qRgb(0, 0, 0));
+    m_window->grab(QStringLiteral("web-turned"));
+    QVERIFY(button(QStringLiteral("Forward"))->mapToScene({}).x() > 700);
     tapButton(QStringLiteral("Close"));
     QTRY_VERIFY(!m_presenter->presentedViewController());
     QTRY_VERIFY(m_presenter->isVisible());
@@ -309,6 +317,9 @@ void tst_BrevantoWebVC::embedsYoutube()
                             "type=\"application/x-shockwave-flash\"width=\"390.000000\" height=\"844.000000\"></embed>"
                             "</body></html>")
                  .arg(m_server->url(embedded)));
+    // The server's page is seen.
+    QTRY_COMPARE(pixel(0.5, 0.2).rgb(), qRgb(255, 0, 0));
+    QCOMPARE(m_server->requests().last().target, embedded.toUtf8());
     m_window->grab(QStringLiteral("web-youtube"));
     int finished = 0;
     connect(viewer->webview(), &Platform::WebView::didFinishLoad, this, [&] { ++finished; });
@@ -417,12 +428,14 @@ void tst_BrevantoWebVC::survivesClosingWhileLoading()
     QTRY_COMPARE(m_server->requestCount(), 1);
     const auto *stack = qobject_cast<Platform::NavigationController *>(m_presenter->presentedViewController());
     QVERIFY(stack && waitUntilStill(stack->topViewController()));
+    const QPointer<Platform::ViewController> viewer(stack->topViewController());
     m_window->grab(QStringLiteral("web-loading"));
     QVERIFY(Platform::Application::isNetworkActivityIndicatorVisible());
     tapButton(QStringLiteral("Close"));
     QTRY_VERIFY(!m_presenter->presentedViewController());
     QVERIFY(!Platform::Application::isNetworkActivityIndicatorVisible());
     m_server->resume();
+    QTRY_VERIFY(!viewer);
     QTRY_VERIFY(m_presenter->isVisible());
 }
 

@@ -93,8 +93,9 @@ private Q_SLOTS:
         }
         QVERIFY(hasSeveralHotspots && hasPlacelessHotspot);
         const QString wanted =
-            u"title id date description weblink author authors category app_img vid_urls aud_url commerce_url "
-            "ad_reviews_url ph_number theme ad_rel_img image_catalouge thumbUrl tag relatedVideos images imageGallery "
+            u"title id date description weblink author authors category app_img bg_img url vid_urls aud_url "
+            "commerce_url ad_reviews_url ph_number theme ad_rel_img image_catalouge weblinkThumb thumb_url thumbUrl "
+            "tag relatedVideos images imageGallery "
             "imageGalleryCaption relatedArticleLinks relatedAudios display_source position share_url show_ads is_live "
             "title_color relatedContentIdentifiers relatedcontentcount xPercent yPercent source section language"_s;
         for (const QString &key : wanted.split(u' '))

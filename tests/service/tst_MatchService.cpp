@@ -185,7 +185,7 @@ private Q_SLOTS:
     {
         addColumns<QByteArray, int, qint64, qint64>("range", "status", "first", "length");
 
-        const qint64 size = QFile(QStringLiteral(MATCH_SERVICE_CATALOGUE "/media/velkesta-ride.webm")).size();
+        const qint64 size = QFile(QStringLiteral(MATCH_SERVICE_CATALOGUE "/media/velkesta-ride.mp4")).size();
         QTest::newRow("beginning") << QByteArray("bytes=0-99") << 206 << qint64(0) << qint64(100);
         QTest::newRow("middle") << QByteArray("bytes=1000-1000") << 206 << qint64(1000) << qint64(1);
         QTest::newRow("to the end") << QByteArray("bytes=1000-") << 206 << qint64(1000) << size - 1000;
@@ -206,13 +206,13 @@ private Q_SLOTS:
         QFETCH(int, status);
         QFETCH(qint64, first);
         QFETCH(qint64, length);
-        QFile file(QStringLiteral(MATCH_SERVICE_CATALOGUE "/media/velkesta-ride.webm"));
+        QFile file(QStringLiteral(MATCH_SERVICE_CATALOGUE "/media/velkesta-ride.mp4"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray content = file.readAll();
 
-        const HttpAnswer answer = get(port(), "/media/velkesta-ride.webm", "Range: " + range + "\r\n");
+        const HttpAnswer answer = get(port(), "/media/velkesta-ride.mp4", "Range: " + range + "\r\n");
         QCOMPARE(answer.status, status);
-        QCOMPARE(answer.headers.value("content-type"), QByteArray("video/webm"));
+        QCOMPARE(answer.headers.value("content-type"), QByteArray("video/mp4"));
         QCOMPARE(answer.body, content.mid(first, length));
         if (status == 206) {
             QCOMPARE(answer.headers.value("content-range"),

@@ -17,6 +17,15 @@ Item {
     // Of the engine's numbers.
     readonly property var ownNavigations: ({ "typed": 1, "backOrForward": 3, "reload": 4 })
     readonly property int httpStatusDomain: 7
+    // Engines have no plug-ins any more: what a text hands to one fills the page as a frame.
+    readonly property string pluginsAsFrames: `
+        for (const embed of document.querySelectorAll("embed[type='application/x-shockwave-flash']")) {
+            const frame = document.createElement("iframe")
+            frame.src = embed.src
+            frame.allowFullscreen = true
+            frame.style = "position: fixed; inset: 0; width: 100%; height: 100%; border: 0"
+            embed.replaceWith(frame)
+        }`
 
     function load(url: url) {
         page.url = url
@@ -88,6 +97,8 @@ Item {
             return
         }
         isUnderWay = info.status === WebView.LoadStartedStatus
+        if (isHtml(info.url) && info.status === WebView.LoadSucceededStatus)
+            page.runJavaScript(pluginsAsFrames)
         if (isUnderWay)
             webView.didStartLoad()
         else if (info.status === WebView.LoadSucceededStatus || isServersAnswer)
