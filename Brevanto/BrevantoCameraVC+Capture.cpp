@@ -8,6 +8,7 @@
 #include "Brevanto/Utils/UploadImage.h"
 #include "Platform/Capture/CaptureStillImageOutput.h"
 #include "Platform/Foundation/Clock.h"
+#include "Platform/Foundation/Handover.h"
 #include "Platform/Graphics/BitmapContext.h"
 #include "Platform/Interface/AlertController.h"
 #include "Platform/Interface/NavigationController.h"
@@ -76,10 +77,10 @@ void BrevantoCameraVC::captureButtonAction()
 
 void BrevantoCameraVC::sendCapturePhoto(const Image &photo)
 {
-    QThreadPool::globalInstance()->start(
-        [photo, prepared = whileAlive([this](const QByteArray &jpeg) { photoPrepared(jpeg); })] {
-            DispatchQueue::mainAsync([prepared, jpeg = uploadData(photo)] { prepared(jpeg); });
-        });
+    startInPool(*QThreadPool::globalInstance(),
+                [photo, prepared = whileAlive([this](const QByteArray &jpeg) { photoPrepared(jpeg); })] {
+                    DispatchQueue::mainAsync([prepared, jpeg = uploadData(photo)] { prepared(jpeg); });
+                });
 }
 
 void BrevantoCameraVC::photoPrepared(const QByteArray &jpeg)

@@ -8,6 +8,7 @@
 #include "Platform/Capture/CaptureStillImageOutput.h"
 #include "Platform/Capture/CaptureVideoPreviewLayer.h"
 #include "Platform/Foundation/Clock.h"
+#include "Platform/Foundation/Handover.h"
 #include "Platform/Interface/AlertController.h"
 #include "Platform/Interface/ImageView.h"
 #include "Platform/Interface/NavigationController.h"
@@ -57,7 +58,7 @@ BrevantoCameraVC::~BrevantoCameraVC()
         return;
     m_sessionQueue->async([session = m_captureSession] { session->stopRunning(); });
     // A queue's end waits for its blocks, which must not hold up this thread.
-    QThreadPool::globalInstance()->start([queue = std::move(m_sessionQueue)] {});
+    startInPool(*QThreadPool::globalInstance(), [queue = std::move(m_sessionQueue)] {});
 }
 
 void BrevantoCameraVC::connectOutlets()

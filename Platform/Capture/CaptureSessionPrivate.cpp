@@ -2,8 +2,10 @@
 
 #include "Platform/Capture/CaptureQueue.h"
 #include "Platform/Foundation/Clock.h"
+#include "Platform/Foundation/DispatchQueue.h"
 
 #include <QGuiApplication>
+#include <QThread>
 
 namespace Platform
 {
@@ -69,7 +71,7 @@ void CaptureSession::Private::setRunning(bool running)
     // Frames obey at once, the device as soon as the main thread is free.
     m_isRunning = running;
     relay->setOpen(running);
-    QMetaObject::invokeMethod(this, &Private::update, Qt::AutoConnection);
+    onMainThread([this] { update(); });
 }
 
 void CaptureSession::Private::close()
@@ -112,8 +114,15 @@ bool CaptureSession::Private::hasAccess()
 
 void CaptureSession::Private::takePhoto(const std::shared_ptr<PendingPhoto> &photo)
 {
-    QMetaObject::invokeMethod(
-        this, [this, photo] { take(photo); }, Qt::AutoConnection);
+    onMainThread([this, photo] { take(photo); });
+}
+
+void CaptureSession::Private::onMainThread(const std::function<void()> &block)
+{
+    if (QThread::currentThread() == thread())
+        block();
+    else
+        DispatchQueue::mainAsync(this, block);
 }
 
 void CaptureSession::Private::take(const std::shared_ptr<PendingPhoto> &photo)

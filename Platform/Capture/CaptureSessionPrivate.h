@@ -57,6 +57,7 @@ private:
     // Asks for access where that is open; when it is granted the session updates itself.
     bool hasAccess();
     void take(const std::shared_ptr<PendingPhoto> &photo);
+    void onMainThread(const std::function<void()> &block);
 
     std::atomic<bool> m_isRunning = false;
     bool m_isSuspended = false;

@@ -1,5 +1,7 @@
 #include "Platform/Foundation/DispatchQueue.h"
 
+#include "Platform/Foundation/Handover.h"
+
 #include <QCoreApplication>
 
 namespace Platform
@@ -10,7 +12,23 @@ namespace
 
 thread_local QString runningLabel;
 
+// Outlives applications, which come and go on the one main thread; what waits for an application ends with it.
+BlockReceiver &mainReceiver()
+{
+    static BlockReceiver &receiver = *[] {
+        auto *made = new BlockReceiver;
+        made->moveToThread(QCoreApplication::instance()->thread());
+        return made;
+    }();
+    static const bool isRegistered = [] {
+        qAddPostRoutine([] { QCoreApplication::removePostedEvents(&mainReceiver()); });
+        return true;
+    }();
+    Q_UNUSED(isRegistered)
+    return receiver;
 }
+
+} // namespace
 
 DispatchQueue::DispatchQueue(const QString &label, Kind kind)
     : m_label(label)
@@ -29,12 +47,12 @@ std::shared_ptr<DispatchQueue> DispatchQueue::makeShared(const QString &label, K
 {
     // Its end waits for its blocks, and the last to let go of it may be one of them: somebody else ends it.
     return {new DispatchQueue(label, kind),
-            [](DispatchQueue *queue) { QThreadPool::globalInstance()->start([queue] { delete queue; }); }};
+            [](DispatchQueue *queue) { startInPool(*QThreadPool::globalInstance(), [queue] { delete queue; }); }};
 }
 
 void DispatchQueue::async(std::function<void()> block)
 {
-    m_pool.start([label = m_label, block = std::move(block)] {
+    startInPool(m_pool, [label = m_label, block = std::move(block)] {
         runningLabel = label;
         block();
         runningLabel.clear();
@@ -48,8 +66,8 @@ QString DispatchQueue::currentLabel()
 
 void DispatchQueue::mainAsync(std::function<void()> block)
 {
-    if (QCoreApplication *application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(application, std::move(block), Qt::QueuedConnection);
+    if (QCoreApplication::instance())
+        mainReceiver().post(std::move(block));
 }
 
 void DispatchQueue::mainAsync(const QPointer<QObject> &owner, std::function<void()> block)

@@ -1,9 +1,12 @@
 #include "Platform/Interface/ImageProvider.h"
 
+#include "Platform/Foundation/Handover.h"
+
+#include <QMutex>
 #include <QPainter>
-#include <QSemaphore>
 
 #include <atomic>
+#include <semaphore>
 
 namespace Platform
 {
@@ -29,9 +32,12 @@ class Decoding final : public QQuickImageResponse
 public:
     Decoding(QThreadPool &pool, const Image &image, const QSize &size, const QColor &tintColor)
     {
-        pool.start([this, image, size, tintColor] {
-            if (!m_isCancelled)
-                m_picture = tinted(image.upright(size), tintColor);
+        startInPool(pool, [this, image, size, tintColor] {
+            if (!m_isCancelled) {
+                const QImage decoded = tinted(image.upright(size), tintColor);
+                const QMutexLocker lock(&m_mutex);
+                m_picture = decoded;
+            }
             Q_EMIT finished();
             m_isOver.release();
         });
@@ -42,17 +48,24 @@ public:
     void cancel() override { m_isCancelled = true; }
     QQuickTextureFactory *textureFactory() const override
     {
-        return QQuickTextureFactory::textureFactoryForImage(m_picture);
+        return QQuickTextureFactory::textureFactoryForImage(picture());
     }
     QString errorString() const override
     {
-        return m_picture.isNull() ? QStringLiteral("The image does not decode") : QString();
+        return picture().isNull() ? QStringLiteral("The image does not decode") : QString();
     }
 
 private:
+    QImage picture() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_picture;
+    }
+
+    mutable QMutex m_mutex;
     QImage m_picture;
     std::atomic<bool> m_isCancelled = false;
-    QSemaphore m_isOver;
+    std::binary_semaphore m_isOver{0};
 };
 
 // One pass of a running mean along the lines.

@@ -1,5 +1,6 @@
 #include "Platform/Network/URLSession.h"
 
+#include "Platform/Foundation/Handover.h"
 #include "Platform/Network/URLSessionTask.h"
 
 #include <QMutexLocker>
@@ -9,7 +10,7 @@
 namespace Platform
 {
 
-class URLSession::Worker final : public QObject
+class URLSession::Worker final : public BlockReceiver
 {
 public:
     explicit Worker(const Configuration &configuration)
@@ -83,7 +84,8 @@ void URLSession::invalidate()
         return;
     }
     // The thread cannot wait for itself: somebody else does.
-    QThreadPool::globalInstance()->start([thread = std::shared_ptr<QThread>(std::move(thread))] { thread->wait(); });
+    startInPool(*QThreadPool::globalInstance(),
+                [thread = std::shared_ptr<QThread>(std::move(thread))] { thread->wait(); });
 }
 
 void URLSession::dataTask(const URLRequest &request, Completion completion)
@@ -91,10 +93,8 @@ void URLSession::dataTask(const URLRequest &request, Completion completion)
     const QMutexLocker lock(&m_mutex);
     if (!m_thread)
         return;
-    QMetaObject::invokeMethod(
-        m_worker,
-        [worker = m_worker, request, completion = std::move(completion)] { worker->start(request, completion); },
-        Qt::QueuedConnection);
+    m_worker->post(
+        [worker = m_worker, request, completion = std::move(completion)] { worker->start(request, completion); });
 }
 
 } // namespace Platform

@@ -1,9 +1,13 @@
 #include "support/RawServer.h"
 
+#include "Platform/Foundation/Handover.h"
+
 #include <QMutexLocker>
 #include <QPointer>
 #include <QSslServer>
 #include <QTcpSocket>
+
+#include <future>
 
 #include <sys/socket.h>
 
@@ -73,7 +77,7 @@ bool takeRequest(QByteArray &received, RawServer::Request &request)
 
 } // namespace
 
-class RawServer::Listener final : public QObject
+class RawServer::Listener final : public Platform::BlockReceiver
 {
 public:
     Listener(RawServer &owner, const std::optional<QSslConfiguration> &security)
@@ -185,8 +189,9 @@ RawServer::RawServer(const std::optional<QSslConfiguration> &security)
     QObject::connect(&m_thread, &QThread::finished, m_listener, &QObject::deleteLater);
     m_thread.setObjectName(u"RawServer"_s);
     m_thread.start();
-    QMetaObject::invokeMethod(
-        m_listener, [this] { m_port = m_listener->listen(); }, Qt::BlockingQueuedConnection);
+    std::promise<quint16> port;
+    m_listener->post([&] { port.set_value(m_listener->listen()); });
+    m_port = port.get_future().get();
 }
 
 RawServer::~RawServer()
@@ -213,8 +218,7 @@ void RawServer::setHandler(Handler handler)
 
 void RawServer::resume(qsizetype size)
 {
-    QMetaObject::invokeMethod(
-        m_listener, [this, size] { m_listener->resume(size); }, Qt::QueuedConnection);
+    m_listener->post([this, size] { m_listener->resume(size); });
 }
 
 QList<RawServer::Request> RawServer::requests() const
