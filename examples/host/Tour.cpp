@@ -112,11 +112,20 @@ void Tour::camera()
     show("camera-guide", QStringLiteral("The framing guide, switched by the button at the top right"));
     m_user.activate(QStringLiteral("Framing guide"));
     m_user.activate(QStringLiteral("Flash"));
-    if (m_manner == WindowDriver::Manner::Touch) {
-        const QPointF middle(m_user.window()->width() / 2.0, m_user.window()->height() / 2.0);
+    const bool isTouched = m_manner == WindowDriver::Manner::Touch;
+    const QPointF middle(m_user.window()->width() / 2.0, m_user.window()->height() / 2.0);
+    if (isTouched) {
         m_user.pinch(middle, 80, 160);
-        show("camera-zoom", QStringLiteral("Two fingers zoom the camera"));
+    } else {
+        for (int i = 0; i < 3; ++i)
+            m_user.press(Qt::Key_Plus);
+    }
+    show("camera-zoom", QStringLiteral("Two fingers, or the plus key, zoom the camera"));
+    if (isTouched) {
         m_user.pinch(middle, 200, 60);
+    } else {
+        for (int i = 0; i < 3; ++i)
+            m_user.press(Qt::Key_Minus);
     }
 }
 
@@ -203,15 +212,21 @@ void Tour::gallery()
     m_user.activate(QStringLiteral("Next image"));
     show("gallery-next", QStringLiteral("The next image"));
     const QPointF middle(m_user.window()->width() / 2.0, m_user.window()->height() / 2.0);
-    if (m_manner == WindowDriver::Manner::Touch) {
-        m_user.doubleTap(middle);
-        show("gallery-zoom", QStringLiteral("A double tap zooms"));
-        m_user.doubleTap(middle);
-        m_user.settle();
+    const bool isTouched = m_manner == WindowDriver::Manner::Touch;
+    const auto zoom = [&](Qt::Key key) {
+        if (isTouched)
+            m_user.doubleTap(middle);
+        else
+            m_user.press(key);
+    };
+    zoom(Qt::Key_Plus);
+    show("gallery-zoom", QStringLiteral("A double tap, or the plus key, zooms"));
+    zoom(Qt::Key_Minus);
+    m_user.settle();
+    if (isTouched)
         m_user.swipe(middle + QPointF(120, 0), middle - QPointF(120, 0));
-    } else {
+    else
         m_user.press(Qt::Key_Right);
-    }
     show("gallery-last", QStringLiteral("The last image"));
     m_user.activate(QStringLiteral("Close"));
 }

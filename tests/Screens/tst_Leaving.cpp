@@ -145,13 +145,14 @@ private:
 
     bool beginVideo()
     {
-        QFile clip(QStringLiteral(CLIPS "/velkesta-ride.webm"));
+        QFile clip(QStringLiteral(CLIPS "/velkesta-ride.mp4"));
+        if (!clip.open(QIODevice::ReadOnly))
+            return false;
         RawServer::Answer answer;
-        if (clip.open(QIODevice::ReadOnly))
-            answer.body = clip.readAll();
+        answer.body = clip.readAll();
         m_server.setAnswer(answer);
         BrevantoAdVC *ad = showAd();
-        ad->openAvPlayerControllerWithUrl(m_server.url(u"/clip.webm"_s));
+        ad->openAvPlayerControllerWithUrl(m_server.url(u"/clip.mp4"_s));
         const auto *player = qobject_cast<Platform::PlayerViewController *>(ad->presentedViewController());
         return player && QTest::qWaitFor([player] { return player->player()->position() > 0; }, 20000);
     }
