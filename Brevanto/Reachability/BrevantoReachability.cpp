@@ -1,6 +1,7 @@
 #include "Brevanto/Reachability/BrevantoReachability.h"
 
-#include "Platform/Foundation/Exception.h"
+#include "Brevanto/Reachability/ReachabilityCallback.h"
+#include "Platform/Foundation/Faults.h"
 #include "Platform/Foundation/Log.h"
 #include "Platform/Foundation/NotificationCenter.h"
 #include "Platform/Network/ReachabilityTarget.h"

@@ -59,6 +59,3 @@ private:
 
     std::unique_ptr<Platform::ReachabilityTarget> m_reachabilityRef;
 };
-
-// What a monitor gives its target to call; `info` is the monitor.
-void ReachabilityCallback(Platform::ReachabilityTarget *target, quint32 flags, QObject *info);

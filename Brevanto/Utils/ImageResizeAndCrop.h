@@ -5,6 +5,7 @@
 
 #include <QRectF>
 
+// Fitting and cutting images.
 namespace resizeAndCropExample
 {
 

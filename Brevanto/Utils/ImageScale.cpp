@@ -28,6 +28,19 @@ QSizeF boxOfRotated(const QSizeF &size, double angle)
     return QTransform().rotate(angle).mapRect(QRectF(QPointF(0, 0), size)).size();
 }
 
+// A view that moves has the size that it is moving to.
+QSizeF sizeOf(const QQuickItem &item)
+{
+    const auto *view = qobject_cast<const Platform::View *>(&item);
+    return view ? view->frame().size() : item.size();
+}
+
+bool isOpaque(const QQuickItem &item)
+{
+    const auto *view = qobject_cast<const Platform::View *>(&item);
+    return view && view->backgroundColor().alpha() == 255 && view->alpha() == 1.0;
+}
+
 // What the view draws, with everything in it; null while the window is not shown.
 QImage layerOf(QQuickItem &view, QQuickWindow &window, qreal scale)
 {
@@ -77,13 +90,13 @@ Image fixOrientation(const Image &image)
     return Image(image.upright(truncated(image.size())));
 }
 
-Image captureScreenShotOfView(Platform::View *view)
+Image captureScreenShotOfView(QQuickItem *view)
 {
-    const QSizeF size = view->frame().size();
+    const QSizeF size = sizeOf(*view);
     QQuickWindow *window = view->window();
     const qreal scale = window ? window->effectiveDevicePixelRatio() : 1.0;
     const QImage layer = window ? layerOf(*view, *window, scale) : QImage();
-    const bool opaque = !layer.isNull() && view->backgroundColor().alpha() == 255 && view->alpha() == 1.0;
+    const bool opaque = !layer.isNull() && isOpaque(*view);
     BitmapContext context = BitmapContext::imageContext(size, opaque, scale);
     context.drawImage(Image(layer, scale), QRectF(QPointF(0, 0), size));
     return context.image();

@@ -5,10 +5,7 @@
 
 #include <QMarginsF>
 
-namespace Platform
-{
-class View;
-}
+class QQuickItem;
 
 // The SDK's pixel work on images. Nothing changes the image it is given; unless noted, any thread may call. A null
 // image gives a null image, and so does one whose pixels do not decode.
@@ -30,9 +27,10 @@ BREVANTO_EXPORT Platform::Image rotateByAngle(const Platform::Image &image, doub
 // The image with its pixels upright and orientation up; the very same image when it is so already.
 BREVANTO_EXPORT Platform::Image fixOrientation(const Platform::Image &image);
 
-// What the view and the views in it draw, whatever lies over them left out, at the screen's scale; nothing but
-// transparency while the view is in no visible window. Null when the view has no size. For the main thread only.
-BREVANTO_EXPORT Platform::Image captureScreenShotOfView(Platform::View *view);
+// What the view, which is any Qt Quick item, and the items in it draw, whatever lies over them left out, at the
+// screen's scale; nothing but transparency while it is in no visible window. Null when the view has no size. The view
+// must not be null. For the main thread only.
+BREVANTO_EXPORT Platform::Image captureScreenShotOfView(QQuickItem *view);
 
 // An image that keeps its edges when it is stretched.
 struct ResizableImage {

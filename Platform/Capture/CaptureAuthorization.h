@@ -1,12 +1,11 @@
 #pragma once
 
+#include "Platform/Capture/CaptureDevice.h"
+
 #include <functional>
 
 namespace Platform
 {
-
-// Whether the application may use the camera: not asked yet, forbidden on this device, refused by the user, allowed.
-enum class CaptureAuthorizationStatus { NotDetermined = 0, Restricted = 1, Denied = 2, Authorized = 3 };
 
 // The user's permission for this application to use the camera. For the main thread only.
 class CaptureAuthorization

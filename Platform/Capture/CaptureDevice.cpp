@@ -1,5 +1,6 @@
 #include "Platform/Capture/CaptureDevice.h"
 
+#include "Platform/Capture/CaptureAuthorization.h"
 #include "Platform/Capture/MachineCamera.h"
 #include "Platform/Foundation/Exception.h"
 

@@ -1,18 +1,20 @@
 #pragma once
 
-#include "Platform/Capture/CaptureAuthorization.h"
 #include "Platform/Capture/CaptureSampleBuffer.h"
 #include "Platform/Foundation/Export.h"
 
 #include <QObject>
 #include <QVideoFrame>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace Platform
 {
 
+// Whether the application may use the camera: not asked yet, forbidden on this device, refused by the user, allowed.
+enum class CaptureAuthorizationStatus { NotDetermined = 0, Restricted = 1, Denied = 2, Authorized = 3 };
 // Where a camera looks: unknown, away from the user, at the user.
 enum class CaptureDevicePosition { Unspecified = 0, Back = 1, Front = 2 };
 // When the flash fires.
@@ -41,8 +43,10 @@ public:
     // Takes it off the list; sessions that use it go on.
     static void unregisterDevice(const std::shared_ptr<CaptureDevice> &device);
 
-    // Shorthands for CaptureAuthorization::current().
+    // The user's permission for this application to use the machine's cameras. Where nothing asks for one, as on a
+    // desktop, it is there.
     static CaptureAuthorizationStatus authorizationStatus();
+    // Asks the user unless that has been done before. The completion runs on the main thread, once.
     static void requestAccess(std::function<void(bool granted)> completion);
 
     // A camera that does not know its position, such as a desktop's, counts as a back camera.

@@ -24,7 +24,8 @@ public:
     virtual QString className() const = 0;
 
     // Write each field under its key, or read it back into a newly made record. The archiver guards either call as one
-    // sequence: an exception ends it, its description goes to the log, and the record stays as far as it came.
+    // sequence: an exception ends it, its description goes to the log, and the record stays as far as it came. Coders
+    // are the library's own.
     virtual void encodeWithCoder(KeyedArchiver &coder) const = 0;
     virtual void initWithCoder(KeyedUnarchiver &coder) = 0;
 
@@ -32,6 +33,7 @@ private:
     Q_DISABLE_COPY_MOVE(Codable)
 };
 
+// How records are shared.
 using CodablePointer = std::shared_ptr<Codable>;
 
 } // namespace Platform

@@ -6,6 +6,7 @@
 
 #include <exception>
 
+// The types of the phone platform that the SDK takes and returns.
 namespace Platform
 {
 
@@ -29,12 +30,5 @@ private:
     QString m_reason;
     QByteArray m_what;
 };
-
-// Raises InvalidArgument.
-[[noreturn]] void refuseArgument(const QString &reason);
-
-// Reports a failed assertion with its place to the log and raises InternalInconsistency. A null file or function name
-// is reported as "<Unknown File>" or "<Unknown Function>".
-[[noreturn]] void failAssertion(const QString &message, const char *function, const char *file, int line);
 
 } // namespace Platform

@@ -1,6 +1,6 @@
 #include "Platform/Foundation/KeyedArchiver.h"
 
-#include "Platform/Foundation/Exception.h"
+#include "Platform/Foundation/Faults.h"
 #include "Platform/Foundation/Log.h"
 
 #include <QCborStreamWriter>

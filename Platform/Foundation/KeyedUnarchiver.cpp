@@ -1,7 +1,7 @@
 #include "Platform/Foundation/KeyedUnarchiver.h"
 
 #include "Platform/Foundation/CborCursor.h"
-#include "Platform/Foundation/Exception.h"
+#include "Platform/Foundation/Faults.h"
 #include "Platform/Foundation/KeyedArchiver.h"
 #include "Platform/Foundation/Log.h"
 

@@ -1,4 +1,5 @@
 #include "Brevanto/Reachability/BrevantoReachability.h"
+#include "Brevanto/Reachability/ReachabilityCallback.h"
 #include "Platform/Foundation/NotificationCenter.h"
 #include "support/FakeReachability.h"
 #include "support/Log.h"
