@@ -1,11 +1,9 @@
 #include "Brevanto/BrevantoVersion.h"
 
-#include <QtGlobal>
-
 extern "C" {
 
 const char BrevantoVersionString[] =
-    "@(#)PROGRAM:Brevanto  PROJECT:Brevanto-" QT_STRINGIFY(BREVANTO_PROJECT_VERSION) "\n";
+    "@(#)PROGRAM:Brevanto  PROJECT:Brevanto-" QT_STRINGIFY(BREVANTO_VERSION_MAJOR) "\n";
 
-const double BrevantoVersionNumber = BREVANTO_PROJECT_VERSION;
+const double BrevantoVersionNumber = BREVANTO_VERSION_MAJOR;
 }

@@ -36,7 +36,7 @@ QString shortenURL()
 
 QString shortenerToken()
 {
-    return QStringLiteral("3f9d27c1b6a04e58d2c7f1a9e0b3d6c85a2e4f71");
+    return QStringLiteral(BREVANTO_SHORTENER_TOKEN);
 }
 
 Override::Override(const QString &server)
