@@ -9,6 +9,7 @@
 #include <optional>
 
 class BrevantoMatch;
+// Matches in the order of the answer or the archive; holds no null pointers.
 using BrevantoMatchList = QList<std::shared_ptr<BrevantoMatch>>;
 
 // One product or ad that the service recognised in a photo. Shared, not copied. What null means and how fields keep

@@ -5,6 +5,7 @@
 #include <QLatin1StringView>
 
 class BrevantoMatchGroup;
+// Groups in the order that their source says; holds no null pointers.
 using BrevantoMatchGroupList = QList<std::shared_ptr<BrevantoMatchGroup>>;
 
 // The matches that share one ad image: what the ad screen shows and the recents store keeps. Shared, not copied.
@@ -30,8 +31,8 @@ public:
     const QString &adImageUrl() const { return m_adImageUrl; }
     void setAdImageUrl(const QString &adImageUrl) { m_adImageUrl = adImageUrl; }
 
-    // Holds no null pointers. A group read from a damaged archive may have no matches at all, and its address may be
-    // null; check before taking the first match.
+    // A group read from a damaged archive may have no matches at all, and its address may be null; check before taking
+    // the first match.
     const BrevantoMatchList &listOfMatches() const { return m_listOfMatches; }
     void setListOfMatches(const BrevantoMatchList &listOfMatches) { m_listOfMatches = listOfMatches; }
 

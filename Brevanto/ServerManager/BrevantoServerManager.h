@@ -34,17 +34,21 @@ public:
     explicit BrevantoServerManager(Key);
     ~BrevantoServerManager();
 
-    // The session that sends the requests of this manager, and what its own session was made with. From any thread; a
-    // request under way stays with the session that it began with.
+    // The session that sends the requests of this manager. Without one (null) nothing is sent and no block is called. A
+    // request under way stays with the session that it began with, and ends without its blocks when nobody holds that
+    // one any more. From any thread.
     std::shared_ptr<Platform::URLSession> currentSession() const;
     void setCurrentSession(const std::shared_ptr<Platform::URLSession> &session);
+    // What the manager's own session was made with. Setting another one changes no session: to have other limits, make
+    // a session with it and set that. From any thread.
     Platform::URLSession::Configuration currentSessionConfiguration() const;
     void setCurrentSessionConfiguration(const Platform::URLSession::Configuration &configuration);
 
     // Service calls. A null QString or Platform::Image in a completion stands for "none".
 
-    // Fetches one ad. Null for an ad that the service does not describe. An empty adId calls failureBlock with nothing,
-    // at once.
+    // Fetches one ad. `category` is its kind: 0, an ad, is the only one that the service has. Any other number makes a
+    // request without an address, and failureBlock gets its BadURL. The completion gets null for an ad that the service
+    // does not describe. An empty adId calls failureBlock with nothing, at once.
     void getMeta(const QString &adId, qint32 category,
                  const std::function<void(const std::shared_ptr<BrevantoMatch> &)> &completionBlock,
                  const FailureBlock &failureBlock);
