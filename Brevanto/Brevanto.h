@@ -3,6 +3,7 @@
 // All that a host application needs of the SDK.
 #include "Brevanto/BrevantoClient.h"
 #include "Brevanto/BrevantoConstants.h"
+#include "Brevanto/BrevantoShownScreen.h"
 #include "Brevanto/BrevantoVersion.h"
 #include "Brevanto/Model/BrevantoCaptionedImage.h"
 #include "Brevanto/Model/BrevantoCatalogueImage.h"

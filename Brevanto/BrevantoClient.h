@@ -16,8 +16,8 @@ public:
 
     // Presents a fresh camera screen over the window that has the focus (else the first visible one), animated. On the
     // main thread only. Shows nothing, and reports nothing, when the application has no Qt Quick window on the screen
-    // or when something is presented over it already. Raises Platform::Exception when the library was packaged without
-    // its screens.
+    // or when something is presented over it already; brevantoShownScreen() tells. Raises Platform::Exception when the
+    // library was packaged without its screens.
     void showCameraScreen();
 
 private:

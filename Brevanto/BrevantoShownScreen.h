@@ -4,6 +4,8 @@
 
 class QObject;
 
-// The screen that was presented first of those over the key window; null when there is none. It is destroyed when it
-// has left. For the library's own QML module; not installed. On the main thread only.
+// What of the library stands over the window that has the focus (else the first visible one), null when nothing does:
+// how a host learns after BrevantoClient::showCameraScreen() whether the camera screen is shown. The object lives until
+// the user has closed the screens and they have left the window, which its signal destroyed() tells. It belongs to the
+// library. On the main thread only.
 BREVANTO_EXPORT QObject *brevantoShownScreen();

@@ -18,6 +18,8 @@ int main(int argc, char *argv[])
 
     QQuickWindow window;
     window.resize(390, 844);
+    QQuickItem item(window.contentItem());
+    item.setSize({40, 20});
     window.show();
 
     bool isNotified = false;
@@ -29,12 +31,14 @@ int main(int argc, char *argv[])
 
     bool isShown = false;
     QTimer::singleShot(0, &application, [&] {
-        const auto itemsOfHost = window.contentItem()->childItems().size();
+        const bool isShownBefore = brevantoShownScreen();
         BrevantoClient::sharedClient()->showCameraScreen();
-        isShown = window.contentItem()->childItems().size() > itemsOfHost && kScreenWidth == 390;
+        isShown = !isShownBefore && brevantoShownScreen() && kScreenWidth == 390;
         QCoreApplication::quit();
     });
     QGuiApplication::exec();
-    const bool isVersioned = BrevantoVersionNumber == 1.0 && std::strstr(BrevantoVersionString, "PROJECT:Brevanto-1\n");
-    return !isShown ? 2 : !isNotified ? 3 : !isVersioned ? 4 : 0;
+    const Platform::Image shot = scale::captureScreenShotOfView(&item);
+    const bool isVersioned = BrevantoVersionNumber == BREVANTO_VERSION_MAJOR
+        && BREVANTO_VERSION >= QT_VERSION_CHECK(1, 0, 0) && std::strstr(BrevantoVersionString, "PROJECT:Brevanto-1\n");
+    return !isShown ? 2 : !isNotified ? 3 : !isVersioned ? 4 : shot.size() != item.size() ? 5 : 0;
 }
