@@ -20,6 +20,8 @@ public:
         const std::lock_guard lock(m_mutex);
         m_block = std::move(block);
     }
+    // Where nobody took it, it ends under the mutex, too.
+    ~Parcel() { take(); }
 
     std::function<void()> take()
     {

@@ -11,56 +11,62 @@ ShapeLayer::ShapeLayer(QQuickItem *parent)
     setAntialiasing(true);
 }
 
+template <typename Value>
+void ShapeLayer::change(Value &member, const Value &value)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        member = value;
+    }
+    update();
+}
+
 void ShapeLayer::setBounds(const QRectF &bounds)
 {
-    m_bounds = bounds;
+    change(m_bounds, bounds);
     place();
 }
 
 void ShapeLayer::setPosition(const QPointF &position)
 {
-    m_position = position;
+    change(m_position, position);
     place();
 }
 
 void ShapeLayer::setPath(const QPainterPath &path)
 {
-    m_path = path;
-    update();
+    change(m_path, path);
 }
 
 void ShapeLayer::setFillColor(const QColor &color)
 {
-    m_fillColor = color;
-    update();
+    change(m_fillColor, color);
 }
 
 void ShapeLayer::setStrokeColor(const QColor &color)
 {
-    m_strokeColor = color;
-    update();
+    change(m_strokeColor, color);
 }
 
 void ShapeLayer::setLineWidth(qreal width)
 {
-    m_lineWidth = width;
+    change(m_lineWidth, width);
     place();
 }
 
 void ShapeLayer::setLineJoin(Qt::PenJoinStyle join)
 {
-    m_lineJoin = join;
-    update();
+    change(m_lineJoin, join);
 }
 
 void ShapeLayer::setLineDashPattern(const QList<qreal> &lengths)
 {
-    m_lineDashPattern = lengths;
-    update();
+    change(m_lineDashPattern, lengths);
 }
 
 void ShapeLayer::paint(QPainter *painter)
 {
+    const std::lock_guard lock(m_mutex);
     QPen pen(m_strokeColor, m_lineWidth, Qt::SolidLine, Qt::FlatCap, m_lineJoin);
     if (!m_lineDashPattern.isEmpty()) {
         QList<qreal> inPenWidths = m_lineDashPattern;
@@ -80,7 +86,6 @@ void ShapeLayer::place()
     const QRectF extent = m_bounds.adjusted(-m_lineWidth, -m_lineWidth, m_lineWidth, m_lineWidth);
     QQuickPaintedItem::setPosition(m_position - QPointF(extent.width(), extent.height()) / 2);
     setSize(extent.size());
-    update();
 }
 
 } // namespace Platform

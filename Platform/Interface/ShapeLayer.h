@@ -5,6 +5,8 @@
 #include <QPainterPath>
 #include <QQuickPaintedItem>
 
+#include <mutex>
+
 namespace Platform
 {
 
@@ -41,8 +43,12 @@ public:
     void paint(QPainter *painter) override;
 
 private:
+    template <typename Value>
+    void change(Value &member, const Value &value);
     void place();
 
+    // Painting happens on the renderer's thread, while the main thread waits for it.
+    std::mutex m_mutex;
     QRectF m_bounds;
     QPointF m_position;
     QPainterPath m_path;

@@ -1,6 +1,7 @@
 #include "Platform/Network/URLSessionTask.h"
 
 #include "Platform/Foundation/Clock.h"
+#include "Platform/Foundation/Handover.h"
 #include "Platform/Network/WebAddress.h"
 
 #include <QNetworkAccessManager>
@@ -124,7 +125,7 @@ URLCarrier::~URLCarrier()
         return;
     // The manager's end waits for its thread for some seconds.
     m_manager->moveToThread(nullptr);
-    pool->start([manager = std::shared_ptr(std::move(m_manager))]() mutable { manager.reset(); });
+    startInPool(*pool, [manager = std::shared_ptr(std::move(m_manager))]() mutable { manager.reset(); });
 }
 
 URLSessionTask::URLSessionTask(const URLRequest &request, URLSession::Completion completion,

@@ -167,14 +167,16 @@ private Q_SLOTS:
         View *view = addView();
         view->setBackgroundColor(Qt::red);
         View::animate({.duration = 1s}, [&] { view->setAlpha(0.5); });
-        QSignalSpy frames(m_window->window(), &QQuickWindow::frameSwapped);
-        QTRY_VERIFY(!frames.isEmpty());
+        int frames = 0;
+        const QObject counter; // on this thread; the signal comes on the renderer's
+        connect(m_window->window(), &QQuickWindow::frameSwapped, &counter, [&] { ++frames; });
+        QTRY_VERIFY(frames > 0);
         m_clock->advance(1s);
         // Frames that are on their way still come.
         QTRY_VERIFY([&] {
-            frames.clear();
+            frames = 0;
             QTest::qWait(100);
-            return frames.isEmpty();
+            return frames == 0;
         }());
     }
 

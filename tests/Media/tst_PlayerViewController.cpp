@@ -94,6 +94,7 @@ private Q_SLOTS:
         QTRY_VERIFY(isSeen(u"playerBar"_s));
 
         if (isSeekable) {
+            QTRY_VERIFY(item(u"positionSlider"_s)->isEnabled());
             QTest::keyClick(m_window->window(), Qt::Key_Right);
             QTRY_COMPARE(text(u"remainingTime"_s), u"-0:00"_s);
             QTest::keyClick(m_window->window(), Qt::Key_Left);

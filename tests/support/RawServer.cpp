@@ -218,7 +218,7 @@ void RawServer::setHandler(Handler handler)
 
 void RawServer::resume(qsizetype size)
 {
-    m_listener->post([this, size] { m_listener->resume(size); });
+    m_listener->post([listener = m_listener, size] { listener->resume(size); });
 }
 
 QList<RawServer::Request> RawServer::requests() const
