@@ -20,6 +20,7 @@ namespace
 // The hotspots of the photographed ads that the tour goes to, by the titles of their matches.
 const QString bottle = QStringLiteral("Zumbaro orange");
 const QString bicycle = QStringLiteral("Velkesta Meridian 9");
+const QString ride = QStringLiteral("Test ride");
 const QString concert = QStringLiteral("Nattlund jazz nights");
 const QString wall = QStringLiteral("Noodle house");
 const QString failurePicture = QStringLiteral("failure.png");
@@ -307,7 +308,11 @@ void Tour::catalogue()
     m_user.requireControl(QStringLiteral("Buy"));
     m_user.settle();
     m_user.activate(QStringLiteral("Close"));
-    m_user.requireControl(bicycle);
+    choose(ride, QStringLiteral("Video"));
+    waitForPage();
+    show("video-page", QStringLiteral("Video of a video site: its page"));
+    m_user.activate(QStringLiteral("Close"));
+    m_user.requireControl(ride);
     leaveAd();
 }
 
