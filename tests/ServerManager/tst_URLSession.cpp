@@ -1,3 +1,4 @@
+#include "SessionOutcome.h"
 #include "support/ManualClock.h"
 #include "support/MemoryWatch.h"
 #include "support/RawServer.h"
@@ -22,40 +23,6 @@ using Platform::URLSession;
 
 namespace
 {
-
-struct Outcome {
-    std::optional<QByteArray> data;
-    std::optional<URLResponse> response;
-    std::optional<URLError> error;
-};
-
-std::future<Outcome> start(URLSession &session, const URLRequest &request)
-{
-    const auto promise = std::make_shared<std::promise<Outcome>>();
-    session.dataTask(request, [promise](const auto &data, const auto &response, const auto &error) {
-        promise->set_value(Outcome{data, response, error});
-    });
-    return promise->get_future();
-}
-
-Outcome outcome(URLSession &session, const URLRequest &request)
-{
-    return start(session, request).get();
-}
-
-QByteArray dataOf(const Outcome &outcome)
-{
-    if (outcome.error)
-        qWarning("%s", qUtf8Printable(outcome.error->description));
-    return outcome.data.value_or(QByteArray("no data"));
-}
-
-URLRequest get(const QString &url)
-{
-    URLRequest request;
-    request.url = QUrl(url);
-    return request;
-}
 
 RawServer::Answer chunked(const QByteArray &body)
 {
@@ -300,39 +267,6 @@ private Q_SLOTS:
         QCOMPARE(seen.data.has_value(), fits);
         if (!fits)
             QCOMPARE(seen.error->code, URLError::Code::TooLarge);
-    }
-
-    // What comes without an end and without a pause is cut off on its way.
-    void cutsOffWhatDoesNotEnd_data()
-    {
-        addColumns<QByteArray, QByteArray, URLError::Code>("head", "again", "code");
-        const QByteArray piece(0x8000, 'x');
-        const QByteArray start = "HTTP/1.1 200 OK\r\n";
-        QTest::newRow("status") << QByteArray("HTTP/1.1 200 ") << piece << URLError::Code::TimedOut;
-        QTest::newRow("header") << QByteArray(start + "X-Y: ") << piece << URLError::Code::TimedOut;
-        QTest::newRow("headers") << start << QByteArray("X-Y: z\r\n").repeated(1000) << URLError::Code::TimedOut;
-        QTest::newRow("informational answers")
-            << QByteArray("HTTP/1.1 100 Continue\r\n\r\n") << QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(1000)
-            << URLError::Code::TimedOut;
-        QTest::newRow("body") << QByteArray(start + "\r\n") << piece << URLError::Code::TooLarge;
-        QTest::newRow("chunks") << QByteArray(start + "Transfer-Encoding: chunked\r\n\r\n")
-                                << QByteArray("8000\r\n" + piece + "\r\n") << URLError::Code::TooLarge;
-        QTest::newRow("length of a chunk") << QByteArray(start + "Transfer-Encoding: chunked\r\n\r\n")
-                                           << QByteArray(0x8000, '0') << URLError::Code::TimedOut;
-        QTest::newRow("body of a redirect")
-            << QByteArray("HTTP/1.1 302 Found\r\nLocation: /\r\n\r\n") << piece << URLError::Code::TooLarge;
-    }
-    void cutsOffWhatDoesNotEnd()
-    {
-        QFETCH(QByteArray, head);
-        QFETCH(QByteArray, again);
-        m_server->setAnswer({.body = again, .head = head, .then = RawServer::Then::Repeat});
-        URLRequest request = get(m_server->url());
-        request.timeout = 1s; // a head that grows makes no progress
-        const Outcome seen = outcome(*m_session, request);
-        QVERIFY(seen.error);
-        QTEST(seen.error->code, "code");
-        QVERIFY2(m_server->sentSize() < 64 * MemoryWatch::mebibyte, QByteArray::number(m_server->sentSize()));
     }
 
     void makesTheBestOfOddAnswers_data()
