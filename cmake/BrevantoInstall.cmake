@@ -77,7 +77,7 @@ if(PROJECT_IS_TOP_LEVEL)
     # What is looked for at run time or included by the headers is nothing that the binaries tell.
     set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-base-dev, qt6-declarative-dev, qt6-multimedia-dev, qml6-module-qtquick, \
 qml6-module-qtquick-controls, qml6-module-qtquick-templates, qml6-module-qtquick-window, \
-qml6-module-qtqml-workerscript, qml6-module-qtmultimedia, libqt6svg6")
+qml6-module-qtqml-workerscript, qml6-module-qtmultimedia, qt6-svg-plugins | libqt6svg6 (<< 6.5)")
     set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-webview-dev, qt6-webview-plugins, qml6-module-qtwebview, \
 gstreamer1.0-plugins-good, gstreamer1.0-libav")
     include(CPack)

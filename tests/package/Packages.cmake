@@ -10,7 +10,7 @@ foreach(generator IN ITEMS TGZ DEB)
 endforeach()
 
 function(check_contents listing)
-    foreach(wanted IN ITEMS "include/brevanto/Brevanto/Brevanto.h" "libBrevanto[.](so[.][0-9.]+|a)\n"
+    foreach(wanted IN ITEMS "include/brevanto/Brevanto/Brevanto.h" "libBrevanto([.]so[.][0-9.]+|Core[.]a)\n"
             "cmake/Brevanto/BrevantoConfig.cmake" "qml/Brevanto/qmldir")
         if(NOT listing MATCHES "${wanted}")
             message(FATAL_ERROR "No ${wanted} in\n${listing}")
@@ -29,8 +29,13 @@ file(GLOB package ${WORK_DIR}/*.deb)
 if(package)
     run(dpkg-deb -c ${package})
     check_contents("${OUTPUT}")
+    # A static library names no other; what it needs comes with the packages for development.
+    set(libraries "")
+    if(OUTPUT MATCHES "libBrevanto[.]so")
+        set(libraries ".*libqt6core6 .*libqt6quick6 ")
+    endif()
     run(dpkg-deb -f ${package} Package Version Depends)
-    if(NOT OUTPUT MATCHES "Package: libbrevanto-dev\n.*Version: 1[.][0-9.]+\n.*Depends: .*libqt6core6 .*libqt6quick6 ")
+    if(NOT OUTPUT MATCHES "Package: libbrevanto-dev\n.*Version: 1[.][0-9.]+\n.*Depends: .*qt6-declarative-dev${libraries}")
         message(FATAL_ERROR "The package says of itself:\n${OUTPUT}")
     endif()
 endif()
