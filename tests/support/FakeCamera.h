@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Capture/CaptureDevice.h"
+#include "Platform/Capture/CaptureAuthorization.h"
 
 #include <QVideoFrame>
 
