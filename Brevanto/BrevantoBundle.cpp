@@ -38,5 +38,5 @@ const Platform::Bundle &brevantoBundle()
 
 Platform::Storyboard brevantoStoryboard()
 {
-    return Platform::Storyboard(QStringLiteral("BrevantoStoryBoard"), brevantoBundle());
+    return {QStringLiteral("BrevantoStoryBoard"), brevantoBundle()};
 }

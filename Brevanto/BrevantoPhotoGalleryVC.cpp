@@ -110,13 +110,14 @@ QList<BrevantoPhotoGalleryVC::Item> BrevantoPhotoGalleryVC::itemsOf(const Brevan
     const QVariantList &entries = catalogue.isEmpty() ? match.galleryDataSource() : catalogue;
     QList<Item> items;
     for (const QVariant &entry : entries.first(qMin(entries.size(), qsizetype(mostImages)))) {
-        if (const auto product = BrevantoFields::record<BrevantoCatalogueImage>(entry))
+        if (const auto product = BrevantoFields::record<BrevantoCatalogueImage>(entry)) {
             items.append({BrevantoFields::text(product->imageURL()), BrevantoFields::text(product->captionText()),
                           BrevantoFields::text(product->buyURL())});
-        else if (const auto picture = BrevantoFields::record<BrevantoCaptionedImage>(entry))
+        } else if (const auto picture = BrevantoFields::record<BrevantoCaptionedImage>(entry)) {
             items.append({BrevantoFields::text(picture->imageURL()), BrevantoFields::text(picture->captionText()), {}});
-        else
+        } else {
             items.append({BrevantoFields::text(entry), {}, {}});
+        }
     }
     return items;
 }

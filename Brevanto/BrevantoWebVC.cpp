@@ -35,13 +35,13 @@ std::unique_ptr<BrevantoWebVC> BrevantoWebVC::initWithUrlString(const QString &u
     return std::unique_ptr<BrevantoWebVC>(new BrevantoWebVC(urlString));
 }
 
-BrevantoWebVC::BrevantoWebVC(const QString &urlString)
+BrevantoWebVC::BrevantoWebVC(QString urlString)
     : m_safari(safariButton())
     , m_close(closeButton())
     , m_back(backButton())
     , m_fwd(fwdButton())
     , m_reload(reloadButton())
-    , m_urlString(urlString)
+    , m_urlString(std::move(urlString))
 {
     updateToolbarItems();
 }
@@ -135,8 +135,8 @@ QString BrevantoWebVC::youtubePage() const
     page += QLatin1StringView("color: white;");
     page += QLatin1StringView("}");
     page += QLatin1StringView("</style>");
-    page += QLatin1StringView("</head><body style=\"margin:0\">");
-    page += QLatin1StringView("<embed id=\"yt\" src=\"") + address
+    page += QLatin1StringView(R"(</head><body style="margin:0">)");
+    page += QLatin1StringView(R"(<embed id="yt" src=")") + address
         + QLatin1StringView("\" type=\"application/x-shockwave-flash\"");
     page += QLatin1StringView("width=\"") + QString::number(size.width(), 'f', 6) + QLatin1StringView("\" height=\"")
         + QString::number(size.height(), 'f', 6) + QLatin1StringView("\"></embed>");

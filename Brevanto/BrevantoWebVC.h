@@ -60,7 +60,7 @@ public:
     void closeMVC();
 
 private:
-    explicit BrevantoWebVC(const QString &urlString);
+    explicit BrevantoWebVC(QString urlString);
 
     bool isYoutube() const;
     QString youtubePage() const;

@@ -15,8 +15,8 @@ namespace
 constexpr int mostAskedAhead = 2;
 // An answer that only drips, or never comes, must not hold up all the others.
 constexpr std::chrono::seconds patience{15};
-constexpr qint64 mostHeldByAskingAhead = 64 * 1024 * 1024;
-constexpr qint64 mostHeld = 128 * 1024 * 1024;
+constexpr qint64 mostHeldByAskingAhead = qint64{64} * 1024 * 1024;
+constexpr qint64 mostHeld = qint64{128} * 1024 * 1024;
 
 } // namespace
 

@@ -57,11 +57,11 @@ QRectF aspectFitRect(QSizeF imageSize, QSizeF viewSize)
     if (viewRatio > imageRatio) {
         const float scale = viewHeight / imageHeight;
         const float width = scale * imageWidth;
-        return QRectF((viewWidth - width) * 0.5f, 0, width, viewHeight);
+        return {(viewWidth - width) * 0.5f, 0, width, viewHeight};
     }
     const float scale = viewWidth / imageWidth;
     const float height = scale * imageHeight;
-    return QRectF(0, (viewHeight - height) * 0.5f, viewWidth, height);
+    return {0, (viewHeight - height) * 0.5f, viewWidth, height};
 }
 
 QPointF markerCenter(const QRectF &imageRect, std::optional<float> xPercent, std::optional<float> yPercent,

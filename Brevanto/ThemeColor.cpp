@@ -7,7 +7,7 @@
 QColor ThemeColor::parsed(const QString &text)
 {
     if (text.isEmpty())
-        return QColor(0, 114, 187);
+        return {0, 114, 187};
     static const QRegularExpression pattern(QStringLiteral("^\\s*(?:#|0x)*([0-9a-f]+)"),
                                             QRegularExpression::CaseInsensitiveOption);
     quint32 value = 0;
@@ -17,5 +17,5 @@ QColor ThemeColor::parsed(const QString &text)
         if (!fits)
             value = std::numeric_limits<quint32>::max();
     }
-    return QColor((value >> 16) & 0xff, (value >> 8) & 0xff, value & 0xff);
+    return QColor::fromRgb(value);
 }

@@ -51,7 +51,7 @@ QJsonValue withChangedAddresses(const QJsonValue &value, const QString &key, con
     }
     if (value.isArray()) {
         QJsonArray list;
-        for (const QJsonValue &entry : value.toArray())
+        for (const QJsonValue entry : value.toArray())
             list.append(withChangedAddresses(entry, key, change));
         return list;
     }
@@ -92,7 +92,7 @@ std::runtime_error fault(const QString &file, const QString &what)
 QString imageOf(const QDir &folder, const QString &name)
 {
     for (const char *suffix : {"jpg", "jpeg", "png"}) {
-        const QString path = QStringLiteral("ads/%1.%2").arg(name, QString::fromLatin1(suffix));
+        QString path = QStringLiteral("ads/%1.%2").arg(name, QString::fromLatin1(suffix));
         if (folder.exists(path))
             return path;
     }
@@ -114,7 +114,7 @@ CatalogueAd readAd(const QDir &folder, const QString &name)
         throw fault(path, QStringLiteral("there is no picture %1.jpg or %1.png beside it").arg(name));
     if (ad.matches.isEmpty())
         throw fault(path, QStringLiteral("it holds no list \"matches\" with records"));
-    for (const QJsonValue &record : std::as_const(ad.matches)) {
+    for (const QJsonValue record : std::as_const(ad.matches)) {
         if (!record.isObject())
             throw fault(path, QStringLiteral("an entry of \"matches\" is not an object"));
     }
@@ -133,7 +133,7 @@ Catalogue::Catalogue(const QString &folder)
     const QDir ads(root.filePath(QStringLiteral("ads")));
     for (const QFileInfo &file : ads.entryInfoList({QStringLiteral("*.json")}, QDir::Files, QDir::Name)) {
         CatalogueAd ad = readAd(root, file.completeBaseName());
-        for (const QJsonValue &record : std::as_const(ad.matches)) {
+        for (const QJsonValue record : std::as_const(ad.matches)) {
             const QString id = idOf(record.toObject());
             if (!id.isEmpty() && ids.contains(id))
                 throw fault(file.filePath(), QStringLiteral("another record has the id %1").arg(id));
@@ -146,7 +146,7 @@ Catalogue::Catalogue(const QString &folder)
 QJsonArray Catalogue::matches(std::size_t ad, const QString &base) const
 {
     QJsonArray given;
-    for (const QJsonValue &record : m_ads[ad].matches)
+    for (const QJsonValue record : m_ads[ad].matches)
         given.append(withAbsoluteAddresses(record.toObject(), m_ads[ad], base));
     return given;
 }
@@ -156,7 +156,7 @@ std::optional<QJsonObject> Catalogue::match(const QString &id, const QString &ba
     if (id.isEmpty())
         return std::nullopt;
     for (const CatalogueAd &ad : m_ads) {
-        for (const QJsonValue &record : ad.matches) {
+        for (const QJsonValue record : ad.matches) {
             if (idOf(record.toObject()) == id)
                 return withAbsoluteAddresses(record.toObject(), ad, base);
         }

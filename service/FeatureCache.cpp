@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr quint32 fileMark = 0x42464331;
-constexpr qint64 largestFile = 4 * 1024 * 1024;
+constexpr qint64 largestFile = qint64{4} * 1024 * 1024;
 constexpr int longestSide = 4096;
 
 QByteArray hash(const QByteArray &bytes)

@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <condition_variable>
-#include <cstring>
 #include <map>
 #include <mutex>
 #include <stdexcept>
@@ -22,9 +21,9 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-std::runtime_error fault(const QString &what, const char *reason)
+std::runtime_error fault(const QString &what, const QString &reason)
 {
-    return std::runtime_error((what + QStringLiteral(": ") + QString::fromLocal8Bit(reason)).toStdString());
+    return std::runtime_error((what + QStringLiteral(": ") + reason).toStdString());
 }
 
 FileDescriptor listeningSocket(const QString &address, std::uint16_t port)
@@ -35,7 +34,7 @@ FileDescriptor listeningSocket(const QString &address, std::uint16_t port)
     hints.ai_flags = AI_PASSIVE;
     addrinfo *found = nullptr;
     if (const int error = getaddrinfo(address.toUtf8().constData(), std::to_string(port).c_str(), &hints, &found))
-        throw fault(name, gai_strerror(error));
+        throw fault(name, QString::fromLocal8Bit(gai_strerror(error)));
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(found, &freeaddrinfo);
 
     FileDescriptor listener(socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -43,7 +42,7 @@ FileDescriptor listeningSocket(const QString &address, std::uint16_t port)
     setsockopt(listener.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     if (listener.get() < 0 || bind(listener.get(), found->ai_addr, found->ai_addrlen) != 0
         || listen(listener.get(), SOMAXCONN) != 0)
-        throw fault(name, std::strerror(errno));
+        throw fault(name, qt_error_string(errno));
     return listener;
 }
 
@@ -261,7 +260,7 @@ HttpServer::HttpServer(Options options, HttpHandler &handler)
                                 &Callbacks::connected, this, MHD_OPTION_CONNECTION_LIMIT, m_options.connectionLimit,
                                 MHD_OPTION_CONNECTION_TIMEOUT, unsigned(m_options.idleTimeout.count()), MHD_OPTION_END);
     if (!m_daemon)
-        throw fault(QStringLiteral("Cannot start the HTTP server"), std::strerror(errno));
+        throw fault(QStringLiteral("Cannot start the HTTP server"), qt_error_string(errno));
     listener.release();
 }
 

@@ -91,7 +91,7 @@ public:
         /// 0 takes a free port.
         std::uint16_t port = 8750;
         unsigned connectionLimit = 64;
-        qint64 bodyLimit = 16 * 1024 * 1024;
+        qint64 bodyLimit = qint64{16} * 1024 * 1024;
         /// A connection on which nothing moves for this long is closed.
         std::chrono::seconds idleTimeout{10};
         /// The head of a request, and then its body, must each arrive in this time, however steadily they trickle.

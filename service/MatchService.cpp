@@ -52,7 +52,7 @@ bool isLoopback(const QByteArray &host)
 // The address under which the client knows the service. A Host header is believed only where it cannot lead elsewhere.
 QString baseOf(const HttpRequest &request)
 {
-    const QString claimed = QStringLiteral("http://%1/").arg(QString::fromUtf8(request.headers.value("host")));
+    QString claimed = QStringLiteral("http://%1/").arg(QString::fromUtf8(request.headers.value("host")));
     const QUrl url(claimed, QUrl::StrictMode);
     const bool isPlain = url.isValid() && url.path() == QStringLiteral("/") && url.userInfo().isEmpty()
         && !url.hasQuery() && !url.hasFragment();

@@ -29,7 +29,7 @@ bool ShortLinks::isAcceptable(const QString &address)
 QString ShortLinks::codeFor(const QString &address)
 {
     const QByteArray digest = QCryptographicHash::hash(address.toUtf8(), QCryptographicHash::Sha256);
-    const QString code = QString::fromLatin1(digest.toHex().left(codeLength));
+    QString code = QString::fromLatin1(digest.toHex().left(codeLength));
     const QMutexLocker lock(&m_mutex);
     if (!m_addresses.contains(code))
         m_codes.enqueue(code);

@@ -100,7 +100,7 @@ std::optional<HttpResponse> StaticFiles::answer(const HttpRequest &request) cons
     if (file.get() < 0 || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
 
-    const quint64 size = quint64(status.st_size);
+    const auto size = quint64(status.st_size);
     const QByteArray tag =
         '"' + QByteArray::number(size, 36) + '-' + QByteArray::number(qint64(status.st_mtime), 36) + '"';
     Range range{0, size};

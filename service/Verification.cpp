@@ -83,8 +83,8 @@ Pairs distinctivePairs(const AdFeatures &ad, const Features &photo)
 // A view that turns the ad inside out or squeezes it to a line is none that a camera can have.
 bool isPlausible(const cv::Mat &homography, const cv::Size &frame, const cv::Size &photo)
 {
-    const float width = float(frame.width);
-    const float height = float(frame.height);
+    const auto width = float(frame.width);
+    const auto height = float(frame.height);
     const std::vector<cv::Point2f> corners = {{0, 0}, {width, 0}, {width, height}, {0, height}};
     std::vector<cv::Point2f> seen;
     cv::perspectiveTransform(corners, seen, homography);

@@ -32,7 +32,12 @@ T.AbstractButton {
     background: Rectangle {
         color: cell.down || cell.hovered || cell.isCurrent ? Qt.rgba(0, 0, 0, 0.07) : "transparent"
     }
-    contentItem: Item {
+
+    Item {
+        x: cell.leftPadding
+        width: cell.availableWidth
+        height: cell.height
+
         Image {
             id: image
 
@@ -42,7 +47,8 @@ T.AbstractButton {
             // A row whose icon is unknown keeps its place in line.
             visible: cell.screen.iconUrls.length > 0
             source: cell.screen.iconUrls[cell.index] ?? ""
-            sourceSize: Qt.size(24, 24)
+            sourceSize.width: 24
+            sourceSize.height: 24
             fillMode: Image.PreserveAspectFit
         }
         Text {

@@ -26,10 +26,10 @@ ListView {
     }
 
     header: Item {
-        implicitHeight: list.screen.headerHeight
+        implicitHeight: (ListView.view as OptionList).screen.headerHeight
     }
     footer: Item {
-        implicitHeight: list.screen.footerHeight
+        implicitHeight: (ListView.view as OptionList).screen.footerHeight
     }
     Keys.onReturnPressed: screen.didSelectRow(currentIndex)
     Keys.onEnterPressed: screen.didSelectRow(currentIndex)

@@ -39,7 +39,8 @@ T.AbstractButton {
             width: 24
             height: 24
             source: control.iconSource
-            sourceSize: Qt.size(24, 24)
+            sourceSize.width: 24
+            sourceSize.height: 24
         }
     }
 

@@ -1,10 +1,12 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Window
 
 // The blurred shadow of a text, made of faint copies that scatter about its place like a bell curve. Where all of them
 // overlap the shadow is as dark as `color`.
 Item {
-    id: shadow
+    id: root
 
     required property Text source
     property point offset: Qt.point(2, 2)
@@ -19,26 +21,26 @@ Item {
     Repeater {
         // A label out of sight does without, which keeps long galleries light. One that has left its window counts as
         // visible for Qt.
-        model: shadow.visible && shadow.Window.window ? shadow.copies : 0
+        model: root.visible && root.Window.window ? root.copies : 0
 
         Text {
             required property int index
             readonly property real angle: index * 2.4 // the golden angle: no two copies in one direction
-            readonly property real distance: shadow.blur / 2 * Math.sqrt(-2 * Math.log(1 - (index + 0.5) / shadow.copies))
+            readonly property real distance: root.blur / 2 * Math.sqrt(-2 * Math.log(1 - (index + 0.5) / root.copies))
 
-            x: shadow.source.x + shadow.offset.x + distance * Math.cos(angle)
-            y: shadow.source.y + shadow.offset.y + distance * Math.sin(angle)
-            width: shadow.source.width
-            height: shadow.source.height
-            text: shadow.source.text
-            textFormat: shadow.source.textFormat
-            font: shadow.source.font
-            color: Qt.rgba(shadow.color.r, shadow.color.g, shadow.color.b, shadow.copyAlpha)
-            horizontalAlignment: shadow.source.horizontalAlignment
-            verticalAlignment: shadow.source.verticalAlignment
-            wrapMode: shadow.source.wrapMode
-            elide: shadow.source.elide
-            maximumLineCount: shadow.source.maximumLineCount
+            x: root.source.x + root.offset.x + distance * Math.cos(angle)
+            y: root.source.y + root.offset.y + distance * Math.sin(angle)
+            width: root.source.width
+            height: root.source.height
+            text: root.source.text
+            textFormat: root.source.textFormat
+            font: root.source.font
+            color: Qt.rgba(root.color.r, root.color.g, root.color.b, root.copyAlpha)
+            horizontalAlignment: root.source.horizontalAlignment
+            verticalAlignment: root.source.verticalAlignment
+            wrapMode: root.source.wrapMode
+            elide: root.source.elide
+            maximumLineCount: root.source.maximumLineCount
             Accessible.ignored: true
         }
     }

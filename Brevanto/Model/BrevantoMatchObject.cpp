@@ -1,8 +1,8 @@
 #include "Brevanto/Model/BrevantoMatchObject.h"
 
 // Both lists of keys are sorted, so that one walk along both finds what they share.
-BrevantoMatchObject::BrevantoMatchObject(const QJsonObject &object)
-    : m_object(object)
+BrevantoMatchObject::BrevantoMatchObject(QJsonObject object)
+    : m_object(std::move(object))
 {
     static_assert(std::ranges::is_sorted(names));
     m_positions.fill(-1);

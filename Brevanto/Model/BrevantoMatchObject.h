@@ -22,7 +22,7 @@ public:
         std::size_t m_number;
     };
 
-    explicit BrevantoMatchObject(const QJsonObject &object);
+    explicit BrevantoMatchObject(QJsonObject object);
 
     // Undefined where there is none.
     QJsonValue value(Key key) const

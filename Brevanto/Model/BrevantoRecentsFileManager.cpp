@@ -98,7 +98,7 @@ QString BrevantoRecentsFileManager::getPathForRecentsInDocsFolder()
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     if (documents.isEmpty())
         return {};
-    const QString folder = QDir(documents).filePath(recentsName);
+    QString folder = QDir(documents).filePath(recentsName);
     if (!QFileInfo(folder).isDir())
         QDir().mkpath(folder);
     return folder;

@@ -43,7 +43,8 @@ public:
     // Watches the IPv4 zero address: whether the internet can be reached.
     static std::unique_ptr<BrevantoReachability> reachabilityForInternetConnection();
 
-    // To be called, stopped and deleted on the main thread, where the notifications arrive. False when the system refuses.
+    // To be called, stopped and deleted on the main thread, where the notifications arrive. False when the system
+    // refuses.
     bool startNotifier();
     void stopNotifier();
 

@@ -10,9 +10,9 @@ namespace
 
 constexpr std::chrono::seconds requestTimeout{10};
 // An answer of the service is a few kilobytes; a thousand times that would keep a phone busy for seconds.
-constexpr qint64 largestJSON = 8 * 1024 * 1024;
+constexpr qint64 largestJSON = qint64{8} * 1024 * 1024;
 // Screens hold the bytes of many pictures at a time.
-constexpr qint64 largestImage = 16 * 1024 * 1024;
+constexpr qint64 largestImage = qint64{16} * 1024 * 1024;
 
 constexpr auto boundary = "14737809831466499882746641449";
 

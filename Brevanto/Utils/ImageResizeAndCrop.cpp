@@ -37,7 +37,7 @@ Image resizeToSize(const Image &image, const QSizeF &targetSize, const QRectF &c
     BitmapContext context = BitmapContext::imageContext(size);
     if (!context.drawBitmap(image, QRectF(QPointF(0, 0), size)))
         return {};
-    const Image resized = context.image();
+    Image resized = context.image();
 
     if (cropRect.left() >= size.width() || cropRect.top() >= size.height())
         return resized;

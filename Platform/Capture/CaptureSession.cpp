@@ -24,8 +24,8 @@ void deleteOnItsThread(Object *object)
 
 } // namespace
 
-CaptureDeviceInput::CaptureDeviceInput(const std::shared_ptr<CaptureDevice> &device)
-    : m_device(device)
+CaptureDeviceInput::CaptureDeviceInput(std::shared_ptr<CaptureDevice> device)
+    : m_device(std::move(device))
 {
 }
 

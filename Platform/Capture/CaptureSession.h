@@ -22,7 +22,7 @@ public:
     const std::shared_ptr<CaptureDevice> &device() const { return m_device; }
 
 private:
-    explicit CaptureDeviceInput(const std::shared_ptr<CaptureDevice> &device);
+    explicit CaptureDeviceInput(std::shared_ptr<CaptureDevice> device);
 
     std::shared_ptr<CaptureDevice> m_device;
 };

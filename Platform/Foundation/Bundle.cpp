@@ -18,7 +18,7 @@ namespace
 QString assetPath(const QString &root, const QString &name)
 {
     for (const QLatin1String suffix : {QLatin1String("svg"), QLatin1String("png")}) {
-        const QString path = QStringLiteral("%1/Assets/%2.%3").arg(root, name, suffix);
+        QString path = QStringLiteral("%1/Assets/%2.%3").arg(root, name, suffix);
         if (QFile::exists(path))
             return path;
     }
@@ -27,9 +27,9 @@ QString assetPath(const QString &root, const QString &name)
 
 } // namespace
 
-Bundle::Bundle(const QString &resourceRoot, const ClassTable &classes)
-    : m_resourceRoot(resourceRoot)
-    , m_classes(classes)
+Bundle::Bundle(QString resourceRoot, ClassTable classes)
+    : m_resourceRoot(std::move(resourceRoot))
+    , m_classes(std::move(classes))
 {
 }
 

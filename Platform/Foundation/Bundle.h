@@ -21,7 +21,7 @@ public:
     using ClassTable = QHash<QString, std::function<std::unique_ptr<QObject>()>>;
 
     // `resourceRoot` is a resource path such as ":/qt/qml/Example"; images stand in its folder "Assets".
-    Bundle(const QString &resourceRoot, const ClassTable &classes);
+    Bundle(QString resourceRoot, ClassTable classes);
 
     // The application's version as users know it ("CFBundleShortVersionString" of an Apple bundle); empty when it has
     // none.

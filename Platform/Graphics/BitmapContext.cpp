@@ -88,8 +88,8 @@ std::optional<GridPlacement> gridPlacement(const QTransform &transform, const QS
 
 } // namespace
 
-BitmapContext::BitmapContext(const QImage &pixels, const QTransform &transform, qreal scale)
-    : m_pixels(pixels)
+BitmapContext::BitmapContext(QImage pixels, const QTransform &transform, qreal scale)
+    : m_pixels(std::move(pixels))
     , m_transform(transform)
     , m_scale(scale)
 {
@@ -107,8 +107,8 @@ BitmapContext::BitmapContext(const QSize &pixels, ColorSpace colorSpace)
 BitmapContext BitmapContext::imageContext(const QSizeF &size, bool opaque, qreal scale)
 {
     const QSize pixels(wholePixels(size.width() * scale), wholePixels(size.height() * scale));
-    return BitmapContext(blank(pixels, opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied),
-                         QTransform::fromScale(scale, scale), scale);
+    return {blank(pixels, opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied),
+            QTransform::fromScale(scale, scale), scale};
 }
 
 template <typename Decode>

@@ -41,7 +41,7 @@ public:
     Image image() const;
 
 private:
-    BitmapContext(const QImage &pixels, const QTransform &transform, qreal scale);
+    BitmapContext(QImage pixels, const QTransform &transform, qreal scale);
 
     template <typename Decode>
     bool draw(Decode decode, const QSize &size, const QTransform &placement);

@@ -8,7 +8,7 @@ namespace Platform
 enum class ActivityIndicatorStyle { WhiteLarge = 0, White = 1, Gray = 2 };
 
 // A turning wheel: something is under way and it is not known for how long. For the main thread only.
-class ActivityIndicator : public View
+class ActivityIndicator : public Platform::View
 {
     Q_OBJECT
     QML_ELEMENT

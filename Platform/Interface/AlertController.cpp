@@ -8,9 +8,9 @@
 namespace Platform
 {
 
-AlertController::AlertController(const QString &title, const QString &message)
-    : m_title(title)
-    , m_message(message)
+AlertController::AlertController(QString title, QString message)
+    : m_title(std::move(title))
+    , m_message(std::move(message))
 {
     setScene(SceneEngine::sceneUrl(QStringLiteral("AlertScene")));
 }

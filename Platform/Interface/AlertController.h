@@ -15,7 +15,7 @@ struct AlertAction {
 
 // An alert over a dimmed backdrop, shown with the stock Dialog. To be given to ViewController::present(). Escape and
 // the back key choose the cancel action or, when there is no other, the only one.
-class AlertController : public ViewController
+class AlertController : public Platform::ViewController
 {
     Q_OBJECT
     QML_ELEMENT
@@ -26,7 +26,7 @@ class AlertController : public ViewController
 
 public:
     // A null or empty title or message takes no room.
-    AlertController(const QString &title, const QString &message);
+    AlertController(QString title, QString message);
     ~AlertController() override;
 
     QString title() const { return m_title; }

@@ -8,7 +8,7 @@ namespace Platform
 
 // A button with an image or else a title, on the view's own background; shown with the stock button. For the main
 // thread only.
-class Button : public View
+class Button : public Platform::View
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(PushButton)

@@ -8,7 +8,7 @@ namespace Platform
 
 // A view that shows an image, decoded off the main thread at the size in which it is drawn. Its subviews receive
 // touches only once userInteractionEnabled is set. For the main thread only.
-class ImageView : public View
+class ImageView : public Platform::View
 {
     Q_OBJECT
     QML_ELEMENT

@@ -8,7 +8,7 @@ namespace Platform
 {
 
 // A view that shows plain text; markup in it is shown as it stands. "\n" breaks the line. For the main thread only.
-class Label : public View
+class Label : public Platform::View
 {
     Q_OBJECT
     QML_ELEMENT

@@ -65,7 +65,8 @@ void NavigationController::viewDidLoad()
     connect(view(), &QQuickItem::widthChanged, this, [this] { place(topViewController()); });
     connect(view(), &QQuickItem::heightChanged, this, [this] { place(topViewController()); });
     // The first screen may set the appearance while it loads; the bar's look decides where the screens stand. A screen
-    // may also push and pop meanwhile.
+    // may also push and pop meanwhile, which a range of the stack would not outlive.
+    // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t index = 0; index < d->stack.size(); ++index)
         d->stack[index]->view();
     d->look = NavigationBarAppearance::appearance();

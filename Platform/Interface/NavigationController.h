@@ -22,7 +22,7 @@ struct NavigationBarAppearance {
 
 // A stack of screens under one navigation bar, shown with the stock StackView. Owns the controllers on it. A push or
 // pop during the transition of another finishes that one first.
-class NavigationController : public ViewController
+class NavigationController : public Platform::ViewController
 {
     Q_OBJECT
     QML_ELEMENT

@@ -7,7 +7,7 @@ namespace Platform
 
 // A row of dots, one for each page, which tells the page on show; the stock page indicator. Where the row is longer
 // than the view it moves along with the page. For the main thread only.
-class PageControl : public View
+class PageControl : public Platform::View
 {
     Q_OBJECT
     QML_ELEMENT

@@ -131,8 +131,8 @@ void Presentation::dismiss(bool animated)
     const std::vector<Presentation *> levels = chain();
     for (Presentation *level : levels)
         level->m_state = State::Dismissing;
-    for (auto level = levels.rbegin(); level != levels.rend(); ++level)
-        (*level)->m_presented->beginAppearance(false, animated);
+    std::for_each(levels.rbegin(), levels.rend(),
+                  [animated](Presentation *level) { level->m_presented->beginAppearance(false, animated); });
     if (m_transition->coversPresenter() && m_presenter) {
         setPresenterCovered(false);
         m_presenter->beginAppearance(true, animated);

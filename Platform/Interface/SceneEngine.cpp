@@ -1,6 +1,7 @@
 #include "Platform/Interface/SceneEngine.h"
 
 #include "Platform/Foundation/Exception.h"
+#include "Platform/Foundation/ObjectCast.h"
 #include "Platform/Interface/ImageProvider.h"
 
 #include <QCoreApplication>
@@ -53,13 +54,12 @@ std::unique_ptr<QQuickItem> SceneEngine::loadScene(const QUrl &url, const QVaria
     std::unique_ptr<QObject> object;
     if (ready->isReady())
         object.reset(ready->createWithInitialProperties(properties, context));
-    auto *item = qobject_cast<QQuickItem *>(object.get());
+    std::unique_ptr<QQuickItem> item = takeAs<QQuickItem>(object);
     if (!item || ready->isError())
         throw Exception(Exception::Name::InternalInconsistency,
                         ready->isError() ? ready->errorString() : url.toString() + QStringLiteral(" is no item"));
-    object.release();
-    QQmlEngine::setObjectOwnership(item, QQmlEngine::CppOwnership);
-    return std::unique_ptr<QQuickItem>(item);
+    QQmlEngine::setObjectOwnership(item.get(), QQmlEngine::CppOwnership);
+    return item;
 }
 
 QQuickItem *SceneEngine::makeItem(const QString &name, QQuickItem *owner, QVariantMap properties)

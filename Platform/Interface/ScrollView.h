@@ -30,7 +30,7 @@ public:
 // Shows a part of its content, which the finger moves: page by page from side to side (the stock ListView), or zoomed
 // (the stock Flickable). Those stand only once the view has been visible, which keeps hidden pages light. While the
 // content is zoomed or being zoomed, drags move it alone and not the scroll view around. For the main thread only.
-class ScrollView : public View
+class ScrollView : public Platform::View
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(ScrollArea)

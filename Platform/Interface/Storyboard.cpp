@@ -28,12 +28,11 @@ std::unique_ptr<ViewController> Storyboard::instantiate(const QString &identifie
 {
     const QString path = QStringLiteral("%1/%2/%3.qml").arg(m_bundle->resourceRoot(), m_name, identifier);
     std::unique_ptr<QObject> object = m_bundle->instantiate(identifier);
-    auto *controller = qobject_cast<ViewController *>(object.get());
+    std::unique_ptr<ViewController> controller = takeAs<ViewController>(object);
     if (!controller || !QFile::exists(path))
         refuse(QStringLiteral("Storyboard \"%1\" has no scene \"%2\"").arg(m_name, identifier));
-    object.release();
     controller->setScene(QUrl(QStringLiteral("qrc") + path));
-    return std::unique_ptr<ViewController>(controller);
+    return controller;
 }
 
 } // namespace Platform

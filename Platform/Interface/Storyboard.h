@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Bundle.h"
 #include "Platform/Foundation/Exception.h"
+#include "Platform/Foundation/ObjectCast.h"
 #include "Platform/Interface/ViewController.h"
 
 namespace Platform
@@ -24,11 +25,10 @@ public:
     std::unique_ptr<T> instantiate(const QString &identifier) const
     {
         std::unique_ptr<ViewController> controller = instantiate(identifier);
-        auto *typed = qobject_cast<T *>(controller.get());
+        std::unique_ptr<T> typed = takeAs<T>(controller);
         if (!typed)
             throw Exception(Exception::Name::InvalidArgument, identifier + QStringLiteral(" is of another class"));
-        controller.release();
-        return std::unique_ptr<T>(typed);
+        return typed;
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Exception.h"
 #include "Platform/Foundation/Log.h"
+#include "Platform/Foundation/ObjectCast.h"
 #include "Platform/Interface/FullScreenTransition.h"
 #include "Platform/Interface/NavigationController.h"
 #include "Platform/Interface/PopoverPresentationController.h"
@@ -53,11 +54,10 @@ std::unique_ptr<View> ViewController::loadView()
     m_sceneContext = std::make_unique<QQmlContext>(&SceneEngine::engine());
     std::unique_ptr<QQuickItem> root = SceneEngine::loadScene(
         m_scene, {{QStringLiteral("controller"), QVariant::fromValue<QObject *>(this)}}, m_sceneContext.get());
-    auto *view = qobject_cast<View *>(root.get());
+    std::unique_ptr<View> view = takeAs<View>(root);
     if (!view)
         throw Exception(Exception::Name::InvalidArgument, m_scene.toString() + QStringLiteral(": the root is no View"));
-    root.release();
-    return std::unique_ptr<View>(view);
+    return view;
 }
 
 bool ViewController::goBack()

@@ -9,10 +9,10 @@ namespace Platform
 
 // Shows web pages. Only http and https addresses are loaded, whoever asks for others: the application, a page's links
 // or its scripts. (The phones' own engines tell of an address only once it loads: there it is stopped then, and what a
-// page's frames load is not seen.) Where pages cannot be shown (the Qt WebView module is not installed, or on desktops the host has not
-// called QtWebView::initialize() before it made its application object) the view says so and each load fails.
-// For the main thread only.
-class WebView : public View
+// page's frames load is not seen.) Where pages cannot be shown (the Qt WebView module is not installed, or on desktops
+// the host has not called QtWebView::initialize() before it made its application object) the view says so and each load
+// fails. For the main thread only.
+class WebView : public Platform::View
 {
     Q_OBJECT
     QML_ELEMENT

@@ -28,8 +28,8 @@ class Player : public QObject
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString errorText READ errorText NOTIFY changed)
-    Q_PROPERTY(qint64 duration READ duration NOTIFY changed)
-    Q_PROPERTY(qint64 position READ position NOTIFY positionChanged)
+    Q_PROPERTY(qreal duration READ duration NOTIFY changed)
+    Q_PROPERTY(qreal position READ position NOTIFY positionChanged)
 
 public:
     explicit Player(const QUrl &url);

@@ -9,7 +9,7 @@ namespace Platform
 // Shows a player's clip over the whole screen: the video, or a picture for a clip that has sound only, with controls
 // that fade out while a video plays and come back on a tap. Says so when the clip cannot be played. The clip pauses
 // when the screen goes and ends with it.
-class PlayerViewController : public ViewController
+class PlayerViewController : public Platform::ViewController
 {
     Q_OBJECT
     QML_ELEMENT

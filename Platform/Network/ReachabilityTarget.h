@@ -27,8 +27,8 @@ inline constexpr quint32 IsDirect = 0x20000; // on a network of this device, wit
 inline constexpr quint32 IsWWAN = 0x40000; // over the cellular network
 } // namespace ReachabilityFlag
 
-// Something on the network, and whether packets for it could leave this device now. Nothing is sent to it to find that out.
-// To be made on the main thread.
+// Something on the network, and whether packets for it could leave this device now. Nothing is sent to it to find that
+// out. To be made on the main thread.
 class BREVANTO_EXPORT ReachabilityTarget
 {
 public:

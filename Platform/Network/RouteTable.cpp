@@ -52,7 +52,8 @@ int addressLength(const QHostAddress &address)
 
 bool isZero(const QHostAddress &address)
 {
-    return address == QHostAddress::AnyIPv4 || address == QHostAddress::AnyIPv6 || address == QHostAddress::Any;
+    constexpr std::array zeros{QHostAddress::AnyIPv4, QHostAddress::AnyIPv6, QHostAddress::Any};
+    return std::any_of(zeros.begin(), zeros.end(), [&](auto zero) { return address == zero; });
 }
 
 // A default route cannot be asked for by its destination, so all routes of the family are read for it.

@@ -128,14 +128,14 @@ URLCarrier::~URLCarrier()
     startInPool(*pool, [manager = std::shared_ptr(std::move(m_manager))]() mutable { manager.reset(); });
 }
 
-URLSessionTask::URLSessionTask(const URLRequest &request, URLSession::Completion completion,
+URLSessionTask::URLSessionTask(URLRequest request, URLSession::Completion completion,
                                const URLSession::Configuration &configuration,
                                const std::shared_ptr<URLCarrier> &carrier, QObject *parent)
     : QObject(parent)
-    , m_request(request)
+    , m_request(std::move(request))
     , m_completion(std::move(completion))
     , m_maximumBodySize(
-          std::min(configuration.maximumBodySize, request.maximumBodySize.value_or(configuration.maximumBodySize)))
+          std::min(configuration.maximumBodySize, m_request.maximumBodySize.value_or(configuration.maximumBodySize)))
     , m_maximumDuration(configuration.maximumDuration)
     , m_carrier(carrier)
 {

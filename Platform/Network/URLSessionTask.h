@@ -36,7 +36,7 @@ private:
 class URLSessionTask final : public QObject
 {
 public:
-    URLSessionTask(const URLRequest &request, URLSession::Completion completion,
+    URLSessionTask(URLRequest request, URLSession::Completion completion,
                    const URLSession::Configuration &configuration, const std::shared_ptr<URLCarrier> &carrier,
                    QObject *parent);
 

@@ -46,6 +46,7 @@ cv::Scalar colourOn(const cv::Mat &picture, const cv::Rect &place, cv::RNG &rand
 cv::Mat blend(const cv::Scalar &from, const cv::Scalar &to, const cv::Mat &weight)
 {
     std::vector<cv::Mat> channels;
+    channels.reserve(3);
     for (int i = 0; i < 3; ++i)
         channels.push_back(from[i] + (to[i] - from[i]) * weight);
     cv::Mat merged;
@@ -100,6 +101,7 @@ void addShape(cv::Mat &poster, cv::RNG &random)
         break;
     case 3: {
         std::vector<cv::Point> corners;
+        corners.reserve(8);
         for (int i = 0; i < random.uniform(3, 8); ++i)
             corners.push_back(middle + cv::Point(random.uniform(-size, size), random.uniform(-size, size)));
         if (corners.size() > 2)

@@ -15,7 +15,10 @@ public:
     static constexpr bool isMeaningful = true;
 #endif
 
-    MemoryWatch() { begin(); }
+    MemoryWatch()
+    {
+        begin();
+    }
 
     void begin()
     {

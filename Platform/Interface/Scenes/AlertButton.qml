@@ -7,8 +7,8 @@ AbstractButton {
 
     required property var choice
 
-    implicitHeight: Math.max(44, Math.ceil(label.implicitHeight) + 20)
-    implicitWidth: label.implicitWidth + 24
+    implicitHeight: Math.max(44, Math.ceil(implicitContentHeight) + 20)
+    implicitWidth: implicitContentWidth + 24
     text: choice.text
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.Button
@@ -31,8 +31,6 @@ AbstractButton {
         }
     }
     contentItem: Text {
-        id: label
-
         text: control.text
         textFormat: Text.PlainText
         font: control.choice.isCancel ? SystemFont.semibold(17) : SystemFont.regular(17)

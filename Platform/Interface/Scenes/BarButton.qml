@@ -36,7 +36,8 @@ AbstractButton {
             width: naturalSize.width
             height: naturalSize.height
             source: control.item.source(control.tintColor)
-            sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
+            sourceSize.width: width * Screen.devicePixelRatio
+            sourceSize.height: height * Screen.devicePixelRatio
             fillMode: Image.PreserveAspectFit
             opacity: !control.enabled ? 0.35 : control.down ? 0.4 : 1
         }

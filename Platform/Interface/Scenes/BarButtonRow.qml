@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The buttons of a bar or of one side of it, side by side, with the spaces between them.
@@ -10,6 +12,14 @@ Item {
         const spaces = items.filter(item => item.isFlexible).length
         return spaces === 0 ? 0 : Math.max(0, (width - fixedWidth) / spaces)
     }
+    // A row that gets shorter has its buttons a moment longer than its items.
+    readonly property var nothing: ({
+        "isSpace": true,
+        "enabled": false,
+        "size": Qt.size(0, 0),
+        "accessibleName": "",
+        "source": () => ""
+    })
     readonly property real fixedWidth: items.reduce((sum, item) => sum + widthOf(item, 0), 0)
 
     signal activated(int index)
@@ -27,17 +37,14 @@ Item {
     Repeater {
         model: row.items.length
 
-        Loader {
+        BarButton {
             required property int index
-            readonly property var item_: row.items[index]
 
             x: row.offsetOf(index)
-            active: item_ !== undefined && !item_.isSpace
-            sourceComponent: BarButton {
-                item: parent.item_
-                tintColor: row.tintColor
-                onClicked: row.activated(parent.index)
-            }
+            visible: !item.isSpace
+            item: row.items[index] ?? row.nothing
+            tintColor: row.tintColor
+            onClicked: row.activated(index)
         }
     }
 }

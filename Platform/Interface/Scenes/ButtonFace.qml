@@ -40,7 +40,7 @@ T.AbstractButton {
         }
         Text {
             anchors.fill: parent
-            visible: control.imageSource.toString() === ""
+            visible: control.imageSize.width <= 0
             text: control.text
             textFormat: Text.PlainText
             font: SystemFont.medium(16)

@@ -78,43 +78,9 @@ View {
                 }
             }
         }
-        contentItem: Item {
-            BarButtonRow {
-                id: left
-
-                objectName: "leftBarButtonItems"
-                x: scene.sideMargin
-                items: scene.controller.topItem.leftBarButtonItems
-                tintColor: scene.controller.tintColor
-                onActivated: index => scene.controller.topItem.activateLeft(index)
-            }
-            Text {
-                readonly property real room: 2 * Math.min(parent.width / 2 - (left.width > 0 ? left.x + left.width : 0),
-                                                          parent.width / 2 - (right.width > 0 ? right.width + scene.sideMargin : 0)) - 16
-
-                objectName: "navigationBarTitle"
-                anchors.centerIn: parent
-                width: Math.max(0, room)
-                text: scene.controller.topItem.title
-                textFormat: Text.PlainText
-                font: scene.controller.titleFont
-                color: scene.controller.titleColor
-                horizontalAlignment: Text.AlignHCenter
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                Accessible.role: Accessible.Heading
-                Accessible.name: text
-            }
-            BarButtonRow {
-                id: right
-
-                objectName: "rightBarButtonItems"
-                anchors.right: parent.right
-                anchors.rightMargin: scene.sideMargin
-                items: scene.controller.topItem.rightBarButtonItems
-                tintColor: scene.controller.tintColor
-                onActivated: index => scene.controller.topItem.activateRight(index)
-            }
+        contentItem: NavigationBarContents {
+            controller: scene.controller
+            sideMargin: scene.sideMargin
         }
     }
 

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The dots of a page control. A row too long for the view is cut: it follows the page, and its ends taper off. Only the

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // Content that moves from side to side, one page at a time. The list itself has empty pages: the content lies over them.

@@ -33,6 +33,8 @@ Item {
     anchors.fill: parent
     onSourceChanged: begin()
     onKeepsPixelsChanged: begin()
+    onIsReadyChanged: refine()
+    onGrowthChanged: refine()
     onDrawnChanged: {
         if (decoded.width <= 0)
             begin()
@@ -40,8 +42,15 @@ Item {
     }
 
     function begin() {
+        picture.sourceSize = drawn
         decoded = drawn
         rested = drawn
+    }
+    function refine() {
+        const isFine = isReady && growth > 1.2
+        if (isFine)
+            finer.sourceSize = Qt.size(Math.ceil(decoded.width * growth), Math.ceil(decoded.height * growth))
+        finer.source = isFine ? picture.source : ""
     }
 
     Timer {
@@ -59,21 +68,17 @@ Item {
         height: root.isEmpty ? 0 : root.isFit || root.isFill || root.isCentred ? root.naturalSize.height * root.factor : root.height
         // Without a size the picture would be decoded whole.
         source: root.decoded.width <= 0 || !root.keepsPixels ? "" : root.source
-        sourceSize: root.decoded
         asynchronous: true
         cache: false
         smooth: true
         mipmap: false
         fillMode: Image.Stretch
     }
-    Loader {
+    Image {
+        id: finer
+
         anchors.fill: picture
-        active: root.isReady && root.growth > 1.2
-        sourceComponent: Image {
-            source: picture.source
-            sourceSize: Qt.size(Math.ceil(root.decoded.width * root.growth), Math.ceil(root.decoded.height * root.growth))
-            asynchronous: true
-            cache: false
-        }
+        asynchronous: true
+        cache: false
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic as Controls
+import QtQuick.Templates as T
 import QtWebView
 import Brevanto.Platform as Platform
 
@@ -114,7 +115,7 @@ Item {
 
         anchors.fill: parent
         anchors.topMargin: root.engine ? 0 : progress.height
-        visible: root.engine || !Controls.Overlay.overlay || !Controls.Overlay.overlay.visible
+        visible: root.engine || !T.Overlay.overlay || !T.Overlay.overlay.visible
         // The view tells of its history with the ends of loads alone; a page that is on its way counts before.
         onLoadProgressChanged: root.webView.historyChanged()
         onUrlChanged: root.webView.pageDidChangeUrl(url)
@@ -145,7 +146,7 @@ Item {
         }
         contentItem: Item {
             Rectangle {
-                width: parent.width * parent.parent.visualPosition
+                width: parent.width * progress.visualPosition
                 height: parent.height
                 color: "#0a84ff"
                 Behavior on width {

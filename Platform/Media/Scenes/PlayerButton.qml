@@ -32,7 +32,8 @@ AbstractButton {
             width: control.glyphSize
             height: control.glyphSize
             source: Qt.resolvedUrl("glyph_" + control.glyph + ".svg")
-            sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
+            sourceSize.width: width * Screen.devicePixelRatio
+            sourceSize.height: height * Screen.devicePixelRatio
             opacity: control.down ? 0.5 : 1
         }
     }

@@ -93,7 +93,8 @@ View {
             width: 52
             height: 52
             source: "glyph_warning.svg"
-            sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
+            sourceSize.width: width * Screen.devicePixelRatio
+            sourceSize.height: height * Screen.devicePixelRatio
             opacity: 0.8
         }
         Text {

@@ -36,7 +36,8 @@ Item {
                 width: parent.width * 0.5
                 height: width
                 source: "glyph_note.svg"
-                sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
+                sourceSize.width: width * Screen.devicePixelRatio
+                sourceSize.height: height * Screen.devicePixelRatio
             }
         }
         Text {
@@ -51,34 +52,9 @@ Item {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        Row {
+        SoundBeats {
             anchors.horizontalCenter: parent.horizontalCenter
-            height: 28
-            spacing: 5
-
-            Repeater {
-                model: 7
-
-                Rectangle {
-                    id: beat
-
-                    required property int index
-
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: 4
-                    height: 6
-                    radius: 2
-                    color: "#ccffffff"
-
-                    SequentialAnimation on height {
-                        running: root.playing && root.visible
-                        loops: Animation.Infinite
-                        onRunningChanged: if (!running) beat.height = 6
-                        NumberAnimation { to: 28 - (beat.index % 3) * 7; duration: 260 + 70 * (beat.index % 4); easing.type: Easing.InOutSine }
-                        NumberAnimation { to: 6 + (beat.index % 2) * 5; duration: 320 + 50 * (beat.index % 3); easing.type: Easing.InOutSine }
-                    }
-                }
-            }
+            playing: root.playing && root.visible
         }
     }
 }

@@ -63,7 +63,7 @@ void write(QPainter &painter, const QRectF &area, const char *text, const TextSt
     painter.drawText(area, style.alignment | Qt::TextWordWrap, QString::fromUtf8(text));
 }
 
-void writeWide(QPainter &painter, const QRectF &area, const char *text, QFont font, const QColor &ink)
+void writeWide(QPainter &painter, const QRectF &area, const char *text, const QFont &font, const QColor &ink)
 {
     QPainterPath path;
     path.addText(0, 0, font, QString::fromUtf8(text));
@@ -120,7 +120,8 @@ QPainterPath ridge(const QRectF &area, double height, double roughness, quint32 
     for (double &phase : phases)
         phase = random.generateDouble() * 6.28;
     QPainterPath path(area.bottomLeft());
-    for (double x = area.left(); x <= area.right() + 3; x += 3) {
+    for (int step = 0; 3 * step <= area.width() + 3; ++step) {
+        const double x = area.left() + 3 * step;
         const double t = (x - area.left()) / area.width();
         double level = 0;
         for (int wave = 0; wave < 6; ++wave)

@@ -31,7 +31,7 @@ struct TextStyle {
 /// Writes into the area, broken into lines at words.
 void write(QPainter &painter, const QRectF &area, const char *text, const TextStyle &style);
 /// Writes one line as wide as the area.
-void writeWide(QPainter &painter, const QRectF &area, const char *text, QFont font, const QColor &ink);
+void writeWide(QPainter &painter, const QRectF &area, const char *text, const QFont &font, const QColor &ink);
 
 /// Paper grain over everything painted so far.
 void addGrain(QImage &picture, int strength, quint32 seed);

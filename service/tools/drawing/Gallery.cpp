@@ -116,9 +116,11 @@ QImage plantPicture(const char *green, int leaves)
 {
     return finished(plate("#f1f5ec", "#c7d9bd"), [green, leaves](QPainter &painter) {
         addGroundShadow(painter, {360, 868}, 360, 44);
-        for (int i = 0; i < leaves; ++i)
-            paintLeaf(painter, {360, 700}, 300 + (i % 3) * 70, (i - leaves / 2) * 150.0 / leaves,
+        const int middle = leaves / 2;
+        for (int i = 0; i < leaves; ++i) {
+            paintLeaf(painter, {360, 700}, 300 + (i % 3) * 70, (i - middle) * 150.0 / leaves,
                       colour(green).lighter(90 + (i % 4) * 12));
+        }
         painter.setBrush(across({250, 0, 220, 1}, colour("#faf3e3"), colour("#bda98a")));
         painter.drawPolygon(QPolygonF({QPointF(245, 680), QPointF(475, 680), QPointF(440, 866), QPointF(280, 866)}));
     });
@@ -163,10 +165,11 @@ QImage cityMap()
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(picture.rect(), colour("#eef0e6"));
     QRandomGenerator random(77);
-    for (int i = 0; i < 90; ++i)
+    for (int i = 0; i < 90; ++i) {
         painter.fillRect(
             QRectF(random.bounded(900), random.bounded(1100), 30 + random.bounded(90), 30 + random.bounded(90)),
             colour(i % 4 ? "#d9d4c5" : "#b7d3a8"));
+    }
     for (int i = 0; i < 26; ++i) {
         painter.setPen(QPen(i % 5 ? Qt::white : colour("#f6c453"), i % 5 ? 11 : 20));
         const double at = random.bounded(1000.0);
@@ -177,10 +180,11 @@ QImage cityMap()
     river.cubicTo(300, 520, 420, 160, 560, 560);
     river.cubicTo(640, 800, 800, 700, 930, 900);
     painter.strokePath(river, QPen(colour("#8ecae6"), 54));
-    for (int i = 0; i < 14; ++i)
+    for (int i = 0; i < 14; ++i) {
         write(painter, {random.bounded(760.0), random.bounded(1060.0), 200, 30},
               i % 2 ? "Harbour Lane" : "Old Mill Street",
               {sans(19, QFont::Medium), colour("#495057"), Qt::AlignLeft, 0});
+    }
     return picture;
 }
 

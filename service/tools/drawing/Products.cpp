@@ -19,7 +19,7 @@ QPointF onCircle(const QPointF &middle, double radius, double degrees)
 
 QPen round(const QColor &ink, double width)
 {
-    return QPen(ink, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    return {ink, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
 }
 
 // Painters below work on a canvas of 100 by 100 (or the given height) that is laid over the area.

@@ -142,8 +142,10 @@ QImage nattlundAd()
                 painter.drawPolygon(QPolygonF({tile.topLeft(), tile.bottomLeft(), tile.bottomRight()}));
                 break;
             default:
-                for (int i = 0; i < 9; ++i)
-                    painter.drawEllipse(QPointF(tile.x() + 30 + (i % 3) * 45, tile.y() + 24 + (i / 3) * 41), 13, 13);
+                for (int i = 0; i < 9; ++i) {
+                    const int row = i / 3;
+                    painter.drawEllipse(QPointF(tile.x() + 30 + (i % 3) * 45, tile.y() + 24 + row * 41), 13, 13);
+                }
             }
         }
     }

@@ -81,10 +81,11 @@ QImage bricks(const QSize &size, quint32 seed)
             const QColor clay =
                 QColor::fromHsv(12 + random.bounded(10), 110 + random.bounded(50), 130 + random.bounded(60));
             painter.fillRect(brick, downwards(brick, clay.lighter(108), clay.darker(115)));
-            for (int i = 0; i < 40; ++i)
+            for (int i = 0; i < 40; ++i) {
                 painter.fillRect(QRectF(brick.x() + random.bounded(240.0), brick.y() + random.bounded(76.0),
                                         2 + random.bounded(9.0), 2 + random.bounded(4.0)),
                                  QColor(60, 20, 10, 40));
+            }
         }
     }
     painter.end();
