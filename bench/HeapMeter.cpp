@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <malloc.h>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own names
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t count, std::size_t size);
@@ -13,6 +14,7 @@ void *__libc_realloc(void *block, std::size_t size);
 void *__libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void *block);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace
 {

@@ -143,8 +143,8 @@ QImage nattlundAd()
                 break;
             default:
                 for (int i = 0; i < 9; ++i) {
-                    const int row = i / 3;
-                    painter.drawEllipse(QPointF(tile.x() + 30 + (i % 3) * 45, tile.y() + 24 + row * 41), 13, 13);
+                    const int line = i / 3;
+                    painter.drawEllipse(QPointF(tile.x() + 30 + (i % 3) * 45, tile.y() + 24 + line * 41), 13, 13);
                 }
             }
         }
