@@ -7,6 +7,7 @@
 #include "Platform/Foundation/KeyedArchiver.h"
 
 #include "Brevanto/Model/BrevantoFields.h"
+#include "Brevanto/ServerManager/BrevantoServerManager.h"
 
 #include <QJsonDocument>
 
@@ -43,6 +44,19 @@ void registerReply(int matches)
 #endif
 }
 
+// An answer of a hundred thousand matches is refused before it is parsed; what it would take shows how the time grows.
+void registerGrowth(int matches)
+{
+    const QByteArray reply = Made::reply(matches);
+    registerTimed(
+        std::to_string(matches) + " matches/mapped",
+        [reply] {
+            return BrevantoServerManager::parseObjectFromDict(QJsonDocument::fromJson(reply).object(),
+                                                              BrevantoAPIRequestCodeImageSearch);
+        },
+        processorSeconds);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -55,7 +69,8 @@ int main(int argc, char **argv)
     });
 #endif
     registerReply(10'000);
-    registerReply(100'000);
+    registerGrowth(10'000);
+    registerGrowth(100'000);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

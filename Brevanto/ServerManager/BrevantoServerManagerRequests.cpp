@@ -9,10 +9,8 @@ namespace
 {
 
 constexpr std::chrono::seconds requestTimeout{10};
-// An answer of the service is a few kilobytes; a thousand times that would keep a phone busy for seconds.
-constexpr qint64 largestJSON = qint64{8} * 1024 * 1024;
-// Screens hold the bytes of many pictures at a time.
-constexpr qint64 largestImage = qint64{16} * 1024 * 1024;
+// An answer of the service is a few kilobytes, and screens hold the bytes of many pictures at a time.
+constexpr qint64 largestAnswer = qint64{16} * 1024 * 1024;
 
 constexpr auto boundary = "14737809831466499882746641449";
 
@@ -109,16 +107,11 @@ QUrl parsed(const QString &urlString)
     return QUrl(urlString, QUrl::TolerantMode);
 }
 
-bool isForImage(const QuillfernServerParamsObject &params)
-{
-    return params.partialURL().isNull() && params.apiRequestCode() == BrevantoAPIRequestCodeImage;
-}
-
-Platform::URLRequest requestFor(const QuillfernServerParamsObject &params)
+Platform::URLRequest boundedRequest()
 {
     Platform::URLRequest request;
     request.timeout = requestTimeout;
-    request.maximumBodySize = isForImage(params) ? largestImage : largestJSON;
+    request.maximumBodySize = largestAnswer;
     return request;
 }
 
@@ -182,7 +175,7 @@ QByteArray BrevantoServerManager::getDataToSendForFileData(const std::optional<Q
 
 Platform::URLRequest BrevantoServerManager::postRequest(const QuillfernServerParamsObject &params)
 {
-    Platform::URLRequest request = requestFor(params);
+    Platform::URLRequest request = boundedRequest();
     request.url = parsed(urlString(params));
     request.method = Platform::URLRequest::Method::Post;
     const bool isMultipart = params.imageData() || params.fileData();
@@ -195,7 +188,7 @@ Platform::URLRequest BrevantoServerManager::postRequest(const QuillfernServerPar
 
 Platform::URLRequest BrevantoServerManager::getRequest(const QuillfernServerParamsObject &params)
 {
-    Platform::URLRequest request = requestFor(params);
+    Platform::URLRequest request = boundedRequest();
     QString address = urlString(params);
     // An empty dictionary makes no query here, although it has no form string.
     const auto &query = params.paramsDict();

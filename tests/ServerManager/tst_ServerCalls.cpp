@@ -218,9 +218,9 @@ private Q_SLOTS:
     {
         addColumns<bool, int, int, QString>("isImage", "size", "status", "call");
         constexpr int mebibyte = 1024 * 1024;
-        QTest::newRow("what is parsed") << false << 8 * mebibyte << 200 << u"completion groups [1]"_s;
+        QTest::newRow("what is parsed") << false << 16 * mebibyte << 200 << u"completion groups [1]"_s;
         QTest::newRow("whatever its status") << false << 0 << 500 << u"completion groups [1]"_s;
-        QTest::newRow("too much to parse") << false << 8 * mebibyte + 1 << 200 << u"failure TooLarge"_s;
+        QTest::newRow("too much to parse") << false << 16 * mebibyte + 1 << 200 << u"failure TooLarge"_s;
         QTest::newRow("picture") << true << 16 * mebibyte << 200 << u"completion image 4x2"_s;
         QTest::newRow("picture too large") << true << 16 * mebibyte + 1 << 200 << u"failure TooLarge"_s;
     }
