@@ -198,6 +198,8 @@ RawServer::~RawServer()
 {
     m_thread.quit();
     m_thread.wait();
+    // Qt waits in a way that the thread sanitizer does not see.
+    const QMutexLocker lock(&m_mutex);
 }
 
 QString RawServer::url(const QString &path) const
