@@ -142,7 +142,7 @@ private Q_SLOTS:
         if (!file.isNull())
             params->setFileData(file);
         m_manager->requestWithParams(params);
-        QTRY_COMPARE(m_server->requestCount(), 1);
+        QTRY_COMPARE(m_recorder->calls().size(), 1);
         const RawServer::Request request = m_server->requests().constFirst();
         QCOMPARE(request.method, QByteArray("POST"));
         QCOMPARE(request.target, QByteArray("/post/here"));
@@ -179,8 +179,9 @@ private Q_SLOTS:
         if (!path.isNull())
             description->setSeparateURL(m_server->url(path));
         description->setParamsDict(params);
+        description->setApiRequestCode(BrevantoAPIRequestCodeImage);
         m_manager->apiCallWithParams(description);
-        QTRY_COMPARE(m_server->requestCount(), 1);
+        QTRY_COMPARE(m_recorder->calls().size(), 1);
         const RawServer::Request request = m_server->requests().constFirst();
         QCOMPARE(request.method, QByteArray("GET"));
         QTEST(request.target, "target");
