@@ -1,4 +1,5 @@
-// An upload to a server on loopback, from the call to the completion block, beside libcurl sending the same bytes.
+// An upload to a server on loopback, from the call to the completion block, beside libcurl and Qt's network access
+// alone sending the same bytes.
 
 #include "Timing.h"
 
@@ -8,6 +9,9 @@
 #include "support/RawServer.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QSemaphore>
 
 #include <memory>
@@ -32,6 +36,18 @@ bool post(const QByteArray &jpeg)
                                                                         [&](const auto &) { answered.release(); });
     answered.acquire();
     return isFound;
+}
+
+// What the SDK's session is made of, on the caller's own thread.
+bool postWithQt(QNetworkAccessManager &manager, const QUrl &url, const RawServer::Request &request)
+{
+    QNetworkRequest plain(url);
+    plain.setRawHeader("Content-Type", request.headers.value("content-type"));
+    const std::unique_ptr<QNetworkReply> reply(manager.post(plain, request.body));
+    QEventLoop loop;
+    QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    return reply->error() == QNetworkReply::NoError && !reply->readAll().isEmpty();
 }
 
 #ifdef BENCH_CURL
@@ -98,15 +114,19 @@ int main(int argc, char **argv)
     curl_global_init(CURL_GLOBAL_ALL);
     std::vector<std::unique_ptr<CurlPoster>> posters;
 #endif
+    QNetworkAccessManager manager;
     for (const int size : {20, 5}) {
         const std::string name = std::to_string(size) + " KB photo/";
         const QByteArray jpeg(size * 1000, 'x');
         if (!post(jpeg))
             qFatal("The upload failed");
         registerPost(name + "ours", [jpeg] { return post(jpeg); });
-#ifdef BENCH_CURL
         const RawServer::Request request = server.requests().constLast();
-        posters.push_back(std::make_unique<CurlPoster>(server.url(QString::fromUtf8(request.target)), request));
+        const QString url = server.url(QString::fromUtf8(request.target));
+        registerPost(name + "QNetworkAccessManager",
+                     [&manager, url, request] { return postWithQt(manager, QUrl(url), request); });
+#ifdef BENCH_CURL
+        posters.push_back(std::make_unique<CurlPoster>(url, request));
         registerPost(name + "libcurl", [poster = posters.back().get()] { return poster->post(); });
 #endif
     }
