@@ -51,8 +51,9 @@ void registerGrowth(int matches)
     registerTimed(
         std::to_string(matches) + " matches/mapped",
         [reply] {
-            return BrevantoServerManager::parseObjectFromDict(QJsonDocument::fromJson(reply).object(),
-                                                              BrevantoAPIRequestCodeImageSearch);
+            const QJsonObject answer = QJsonDocument::fromJson(reply).object();
+            return std::pair(answer,
+                             BrevantoServerManager::parseObjectFromDict(answer, BrevantoAPIRequestCodeImageSearch));
         },
         processorSeconds);
 }
