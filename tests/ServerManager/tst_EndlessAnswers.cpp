@@ -1,37 +1,16 @@
-#include "SessionOutcome.h"
-#include "support/MemoryWatch.h"
-#include "support/RawServer.h"
+#include "SessionTest.h"
 #include "support/Table.h"
-
-#include <QTest>
 
 using namespace std::chrono_literals;
 using Platform::URLError;
 using Platform::URLRequest;
-using Platform::URLSession;
 
 // Apart from the session's other tests because Qt loses memory here (cmake/sanitizers/EndlessAnswers.cpp).
-class tst_EndlessAnswers : public QObject
+class tst_EndlessAnswers : public SessionTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_server = std::make_unique<RawServer>();
-        m_session = std::make_unique<URLSession>(URLSession::Configuration{.maximumBodySize = 1 << 20});
-        m_memory.begin();
-    }
-
-    // Whatever came, little memory was needed for it, and the next request works.
-    void cleanup()
-    {
-        const qint64 growth = m_memory.growth();
-        QVERIFY2(growth < 48 * MemoryWatch::mebibyte, QByteArray::number(growth));
-        m_server->setAnswer({.body = "next"});
-        QCOMPARE(dataOf(outcome(*m_session, get(m_server->url()))), QByteArray("next"));
-    }
-
     // What comes without an end and without a pause is cut off on its way.
     void cutsOffWhatDoesNotEnd_data()
     {
@@ -64,11 +43,6 @@ private Q_SLOTS:
         QTEST(seen.error->code, "code");
         QVERIFY2(m_server->sentSize() < 64 * MemoryWatch::mebibyte, QByteArray::number(m_server->sentSize()));
     }
-
-private:
-    std::unique_ptr<RawServer> m_server;
-    std::unique_ptr<URLSession> m_session;
-    MemoryWatch m_memory;
 };
 
 QTEST_GUILESS_MAIN(tst_EndlessAnswers)

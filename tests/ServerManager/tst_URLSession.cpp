@@ -1,18 +1,11 @@
-#include "SessionOutcome.h"
+#include "SessionTest.h"
 #include "support/ManualClock.h"
-#include "support/MemoryWatch.h"
-#include "support/RawServer.h"
 #include "support/Table.h"
-
-#include "Platform/Network/URLSession.h"
 
 #include <QFile>
 #include <QSslKey>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTest>
-
-#include <future>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -63,25 +56,14 @@ void trust(const QString &name)
 
 } // namespace
 
-class tst_URLSession : public QObject
+class tst_URLSession : public SessionTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_server = std::make_unique<RawServer>();
-        m_session = std::make_unique<URLSession>(URLSession::Configuration{.maximumBodySize = 1 << 20});
-        m_memory.begin();
-    }
-
-    // Whatever happened, little memory was needed for it, and the next request works.
     void cleanup()
     {
-        const qint64 growth = m_memory.growth();
-        QVERIFY2(growth < 48 * MemoryWatch::mebibyte, QByteArray::number(growth));
-        m_server->setAnswer(plain("next"));
-        QCOMPARE(dataOf(outcome(*m_session, get(m_server->url()))), QByteArray("next"));
+        SessionTest::cleanup();
         QSslConfiguration::setDefaultConfiguration(m_security);
     }
 
@@ -429,9 +411,6 @@ private Q_SLOTS:
 
 private:
     const QSslConfiguration m_security = QSslConfiguration::defaultConfiguration();
-    std::unique_ptr<RawServer> m_server;
-    std::unique_ptr<URLSession> m_session;
-    MemoryWatch m_memory;
 };
 
 QTEST_GUILESS_MAIN(tst_URLSession)

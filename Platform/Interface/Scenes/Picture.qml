@@ -24,7 +24,7 @@ Item {
     // it would be blank while it is decoded anew. A finer one is put over it once the view has grown and rests.
     readonly property size drawn: isEmpty ? Qt.size(0, 0) : Qt.size(Math.ceil(picture.width * Screen.devicePixelRatio),
                                                                     Math.ceil(picture.height * Screen.devicePixelRatio))
-    property size decoded: Qt.size(0, 0)
+    property alias decoded: picture.sourceSize
     property size rested: Qt.size(0, 0)
     readonly property real growth: decoded.width <= 0 || decoded.height <= 0 ? 1 :
         Math.min(detail * Math.max(rested.width / decoded.width, rested.height / decoded.height),
@@ -42,7 +42,6 @@ Item {
     }
 
     function begin() {
-        picture.sourceSize = drawn
         decoded = drawn
         rested = drawn
     }

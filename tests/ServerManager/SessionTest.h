@@ -1,6 +1,11 @@
 #pragma once
 
+#include "support/MemoryWatch.h"
+#include "support/RawServer.h"
+
 #include "Platform/Network/URLSession.h"
+
+#include <QTest>
 
 #include <future>
 #include <memory>
@@ -40,3 +45,34 @@ inline Platform::URLRequest get(const QString &url)
     request.url = QUrl(url);
     return request;
 }
+
+// Tests of one session against one server of its own.
+class SessionTest : public QObject
+{
+    Q_OBJECT
+
+protected Q_SLOTS:
+    void init()
+    {
+        m_server = std::make_unique<RawServer>();
+        m_session =
+            std::make_unique<Platform::URLSession>(Platform::URLSession::Configuration{.maximumBodySize = 1 << 20});
+        m_memory.begin();
+    }
+
+    // Whatever happened, little memory was needed for it, and the next request works.
+    void cleanup()
+    {
+        const qint64 growth = m_memory.growth();
+        QVERIFY2(growth < 48 * MemoryWatch::mebibyte, QByteArray::number(growth));
+        m_server->setAnswer({.body = "next"});
+        QCOMPARE(dataOf(outcome(*m_session, get(m_server->url()))), QByteArray("next"));
+    }
+
+protected:
+    std::unique_ptr<RawServer> m_server;
+    std::unique_ptr<Platform::URLSession> m_session;
+
+private:
+    MemoryWatch m_memory;
+};
