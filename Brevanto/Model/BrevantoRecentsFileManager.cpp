@@ -45,11 +45,16 @@ QString filePath()
     return folder.isNull() ? QString() : QDir(folder).filePath(recentsName);
 }
 
-// None when the file cannot be read.
-QByteArray contentOf(const QString &path)
+// Nothing when there is a file that cannot be read.
+std::optional<QByteArray> contentOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (!file.exists())
+        return QByteArray();
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray content = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::optional(std::move(content)) : std::nullopt;
 }
 
 QByteArray archiveOf(const BrevantoMatchGroupList &groups)
@@ -63,10 +68,12 @@ QByteArray archiveOf(const BrevantoMatchGroupList &groups)
     return Platform::KeyedArchiver::archivedData(list);
 }
 
-// None when the archive cannot be decoded.
+// None when the archive cannot be decoded. Only groups have an address: what a newer version keeps under it, which is
+// not shown here, does not stand for a group.
 Elements elementsOf(QByteArrayView archive)
 {
-    return KeyedArchiveList::elements(archive, BrevantoMatchGroup::adImageUrlKey).value_or(Elements());
+    return KeyedArchiveList::elements(archive, BrevantoMatchGroup().className(), BrevantoMatchGroup::adImageUrlKey)
+        .value_or(Elements());
 }
 
 // A process that is killed while it saves leaves the file that it was writing. What is young may be another's.
@@ -113,9 +120,11 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
     const QByteArray newArchive = archiveOf(groups);
     Elements elements = elementsOf(newArchive);
 
-    const QByteArray oldArchive = contentOf(path);
+    const auto oldArchive = contentOf(path);
+    if (!oldArchive)
+        return; // what cannot be read now may be read later
     if (QFileInfo::exists(path)) {
-        Elements stored = elementsOf(oldArchive);
+        Elements stored = elementsOf(*oldArchive);
         for (const KeyedArchiveList::Element &group : elements)
             bringToFront(stored, group);
         elements = std::move(stored);
@@ -129,7 +138,8 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
 
 std::optional<BrevantoMatchGroupList> BrevantoRecentsFileManager::retrieveAllSavedGroupedMatchesInFileManager()
 {
-    const auto elements = Platform::KeyedUnarchiver::unarchiveList(contentOf(filePath()), archivedClasses());
+    const auto elements =
+        Platform::KeyedUnarchiver::unarchiveList(contentOf(filePath()).value_or(QByteArray()), archivedClasses());
     if (!elements)
         return {};
     BrevantoMatchGroupList groups;

@@ -110,6 +110,9 @@ public:
         return cursor.take(head.argument);
     }
 
+    // Whether a checked item is the key under which a record's class stands.
+    static bool isClassKey(QByteArrayView item) { return item.size() == 1 && item.front() == 0; }
+
 private:
     template <typename Argument>
     bool readArgument(Head &head)

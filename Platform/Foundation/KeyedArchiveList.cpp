@@ -14,38 +14,55 @@ namespace
 
 constexpr int elementDepth = KeyedArchiver::maximumDepth - 1;
 
-// Passes over one element and notes its text under `key`; the first one counts.
-bool passElement(CborCursor &cursor, QByteArrayView key, KeyedArchiveList::Element &element)
+// What the elements are asked for; both in UTF-8.
+struct Question {
+    QByteArray className;
+    QByteArrayView key;
+};
+
+// Passes over a record and gives the text that was asked for. As a reader takes it, the last class counts, and the
+// first entry under a key.
+bool passRecord(CborCursor &cursor, const CborCursor::Head &head, const Question &question,
+                std::optional<QByteArrayView> &text)
+{
+    bool isOfClass = false;
+    bool isFound = false;
+    const bool passed = cursor.passMap(head, elementDepth, [&](QByteArrayView key, QByteArrayView value) {
+        const auto valueText = CborCursor::text(value);
+        if (valueText && CborCursor::isClassKey(key))
+            isOfClass = *valueText == question.className;
+        if (!isFound && CborCursor::text(key) == question.key) {
+            isFound = true;
+            text = valueText;
+        }
+    });
+    if (!isOfClass)
+        text.reset();
+    return passed;
+}
+
+bool passElement(CborCursor &cursor, const Question &question, KeyedArchiveList::Element &element)
 {
     const char *begin = cursor.position();
-    CborCursor start = cursor;
+    CborCursor inside = cursor;
     CborCursor::Head head;
-    if (!cursor.readHead(head))
-        return false;
-    if (head.major != CborCursor::Map) {
-        cursor = start;
-        if (!cursor.skip(elementDepth))
-            return false;
+    bool passed = inside.readHead(head);
+    if (head.major == CborCursor::Map) {
+        passed = passed && passRecord(inside, head, question, element.text);
+        cursor = inside;
     } else {
-        bool found = false;
-        const bool passed = cursor.passMap(head, elementDepth, [&](QByteArrayView name, QByteArrayView value) {
-            if (found || CborCursor::text(name) != key)
-                return;
-            found = true;
-            element.text = CborCursor::text(value);
-        });
-        if (!passed)
-            return false;
+        passed = passed && cursor.skip(elementDepth);
     }
     element.bytes = QByteArrayView(begin, cursor.position());
-    return true;
+    return passed;
 }
 
 } // namespace
 
-std::optional<std::vector<KeyedArchiveList::Element>> KeyedArchiveList::elements(QByteArrayView archive,
-                                                                                 QLatin1StringView key)
+std::optional<std::vector<KeyedArchiveList::Element>>
+KeyedArchiveList::elements(QByteArrayView archive, const QString &className, QLatin1StringView key)
 {
+    const Question question{className.toUtf8(), QByteArrayView(key.data(), key.size())};
     CborCursor cursor(archive);
     CborCursor::Head head;
     if (!cursor.readHead(head) || head.major != CborCursor::List || head.isIndefinite())
@@ -53,7 +70,7 @@ std::optional<std::vector<KeyedArchiveList::Element>> KeyedArchiveList::elements
     std::vector<Element> elements;
     for (quint64 index = 0; index < head.argument; ++index) {
         Element element;
-        if (!passElement(cursor, QByteArrayView(key.data(), key.size()), element))
+        if (!passElement(cursor, question, element))
             return {};
         elements.push_back(element);
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
-#include <QLatin1StringView>
+#include <QString>
 
 #include <optional>
 #include <vector>
@@ -18,14 +18,15 @@ class KeyedArchiveList
 public:
     struct Element {
         QByteArrayView bytes;
-        // The text that the element, a record, holds under the key asked for, in UTF-8; nothing when it holds none
-        // there.
+        // The text that the element holds under the key asked for, in UTF-8; nothing when it holds none there or is no
+        // record of the class asked for.
         std::optional<QByteArrayView> text;
     };
 
-    // The elements of the list, each with its text under `key`; nothing when the archive cannot be decoded or its root
-    // is not a list.
-    static std::optional<std::vector<Element>> elements(QByteArrayView archive, QLatin1StringView key);
+    // The elements of the list, those that are records of the class with their text under `key`; nothing when the
+    // archive cannot be decoded or its root is not a list.
+    static std::optional<std::vector<Element>> elements(QByteArrayView archive, const QString &className,
+                                                        QLatin1StringView key);
 
     // Writes an archive of these elements. False when the device fails.
     static bool write(const std::vector<Element> &elements, QIODevice &device);

@@ -88,11 +88,6 @@ bool isUnknownRecord(const QVariant &value)
     return value.metaType() == QMetaType::fromType<CodablePointer>() && !value.value<CodablePointer>();
 }
 
-bool isClassKey(QByteArrayView key)
-{
-    return key.size() == 1 && key.front() == 0;
-}
-
 } // namespace
 
 KeyedUnarchiver::KeyedUnarchiver(Archive &archive, Entries entries)
@@ -188,7 +183,7 @@ QVariant KeyedUnarchiver::read(CborCursor &cursor) const
     cursor.passMap(head, KeyedArchiver::maximumDepth, [&](QByteArrayView key, QByteArrayView value) {
         if (const auto text = CborCursor::text(key))
             entries.push_back({*text, value});
-        else if (const auto name = CborCursor::text(value); name && isClassKey(key))
+        else if (const auto name = CborCursor::text(value); name && CborCursor::isClassKey(key))
             className = decodedText(*name);
     });
     return className.isNull() ? readMap(entries) : readRecord(className, std::move(entries));

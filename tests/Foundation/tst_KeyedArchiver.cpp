@@ -274,7 +274,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, data);
         QVERIFY(!unarchived(data).isValid());
-        QVERIFY(!KeyedArchiveList::elements(data, "first"_L1));
+        QVERIFY(!KeyedArchiveList::elements(data, u"Box"_s, "first"_L1));
     }
 
     // Each byte of an archive changed in turn: something or nothing comes back, and it can be archived again.
@@ -303,21 +303,21 @@ private Q_SLOTS:
             + KeyedArchiver::archivedData(entry(makeBox(u"a"_s, u"x"_s))) + undecodable
             + KeyedArchiver::archivedData(entry(makeBox(5))) + KeyedArchiver::archivedData(entry(makeBox(u"b"_s)));
 
-        auto elements = KeyedArchiveList::elements(archive, "first"_L1).value();
+        auto elements = KeyedArchiveList::elements(archive, u"Box"_s, "first"_L1).value();
         QCOMPARE(elements.size(), 4u);
         QCOMPARE(elements[0].text.value(), "a");
         QVERIFY(!elements[1].text);
         QVERIFY(!elements[2].text);
         QCOMPARE(elements[3].text.value(), "b");
         QCOMPARE(elements[1].bytes, undecodable);
-        QVERIFY(!KeyedArchiveList::elements(archive.first(archive.size() - 1), "first"_L1));
-        QVERIFY(!KeyedArchiveList::elements(KeyedArchiver::archivedData(u"text"_s), "first"_L1));
+        QVERIFY(!KeyedArchiveList::elements(archive.first(archive.size() - 1), u"Box"_s, "first"_L1));
+        QVERIFY(!KeyedArchiveList::elements(KeyedArchiver::archivedData(u"text"_s), u"Box"_s, "first"_L1));
 
         std::ranges::rotate(elements, elements.begin() + 3);
         QBuffer file;
         file.open(QIODevice::WriteOnly);
         QVERIFY(KeyedArchiveList::write(elements, file));
-        const auto rearranged = KeyedArchiveList::elements(file.data(), "first"_L1).value();
+        const auto rearranged = KeyedArchiveList::elements(file.data(), u"Box"_s, "first"_L1).value();
         QCOMPARE(rearranged.size(), 4u);
         QCOMPARE(rearranged[0].text.value(), "b");
         QCOMPARE(rearranged[1].text.value(), "a");
