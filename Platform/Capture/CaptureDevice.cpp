@@ -14,7 +14,7 @@ namespace
 
 std::vector<std::shared_ptr<CaptureDevice>> &registeredDevices()
 {
-    static std::vector<std::shared_ptr<CaptureDevice>> devices;
+    static auto &devices = *new std::vector<std::shared_ptr<CaptureDevice>>; // no camera goes after the application
     return devices;
 }
 

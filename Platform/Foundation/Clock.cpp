@@ -31,7 +31,7 @@ std::atomic<Clock *> replacement = nullptr;
 
 Clock &Clock::current()
 {
-    static SystemClock systemClock;
+    static auto &systemClock = *new SystemClock; // threads may still ask for the time while the process ends
     Clock *clock = replacement.load();
     return clock ? *clock : systemClock;
 }

@@ -25,7 +25,8 @@ struct Scenes {
 
 Scenes &currentScenes()
 {
-    static std::unique_ptr<Scenes> scenes;
+    // Goes with the application. exit() in its midst takes no application down, and the items live on.
+    static auto &scenes = *new std::unique_ptr<Scenes>;
     if (scenes)
         return *scenes;
     registerBrevantoPlatform();

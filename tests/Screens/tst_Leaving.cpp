@@ -18,6 +18,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -30,15 +31,24 @@ private Q_SLOTS:
     void leavesInTheMidst_data()
     {
         QTest::addColumn<QString>("midst");
-        for (const char *midst : {"animation", "request", "upload", "gallery", "video"})
-            QTest::newRow(midst) << QString::fromLatin1(midst);
+        QTest::addColumn<QString>("end");
+        for (const char *midst : {"animation", "request", "upload", "gallery", "video"}) {
+            for (const char *end : {"quit", "exit"})
+                QTest::addRow("%s, %s", midst, end) << QString::fromLatin1(midst) << QString::fromLatin1(end);
+        }
     }
     void leavesInTheMidst()
     {
         QFETCH(QString, midst);
+        QFETCH(QString, end);
         QProcess process;
+        if (end == u"exit"_s) { // Qt's own render thread does not survive that
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(u"QSG_RENDER_LOOP"_s, u"basic"_s);
+            process.setProcessEnvironment(environment);
+        }
         process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(QCoreApplication::applicationFilePath(), {u"--leave"_s, midst});
+        process.start(QCoreApplication::applicationFilePath(), {u"--leave"_s, midst, end});
         QVERIFY(process.waitForFinished(120000));
         const QByteArray output = process.readAll();
         QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0, output);
@@ -164,7 +174,8 @@ private:
     ScreenWindow m_window;
 };
 
-int leave(QGuiApplication &application, const QString &midst)
+// By the end of the event loop, or by exit() in its midst, which takes nothing down that lives on stacks.
+int leave(QGuiApplication &application, const QString &midst, const QString &end)
 {
     QStandardPaths::setTestModeEnabled(true);
     Host host;
@@ -173,6 +184,8 @@ int leave(QGuiApplication &application, const QString &midst)
             return QCoreApplication::exit(1);
         std::puts("in the midst");
         std::fflush(stdout);
+        if (end == u"exit"_s)
+            std::exit(0);
         QCoreApplication::exit(0);
     });
     return QCoreApplication::exec();
@@ -185,7 +198,7 @@ int main(int argc, char *argv[])
     QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == u"--leave"_s)
-        return leave(application, arguments.value(2));
+        return leave(application, arguments.value(2), arguments.value(3));
     tst_Leaving test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -110,12 +110,13 @@ void Soak::capture()
 {
     const int dice = m_random.bounded(8); // ads more often than the rest
     useService(dice == 6 ? m_service + u"/nowhere"_s : m_service); // the first it does not know
-    if (dice == 7) {
+    if (dice == 7 && !m_isAnswerDue) {
         timeOut();
     } else {
         shoot(dice == 5 ? m_nothing : m_ads[m_random.bounded(m_ads.size())]);
         kill(m_servicePid, SIGCONT);
         takeAnswer(slow);
+        m_isAnswerDue = false;
     }
     int looks = 0;
     until(
@@ -149,6 +150,7 @@ void Soak::timeOut()
         takeAnswer(100ms);
     else if (way == 1) // photographs again; the answer may come in the place of the next one
         act(u"alertButton1"_s, [&] { return !question; });
+    m_isAnswerDue = way == 1;
     kill(m_servicePid, SIGCONT);
     if (way == 2)
         takeAnswer(slow);
@@ -305,6 +307,9 @@ void Soak::shoot(const QByteArray &photo)
         u"the photo was not sent"_s,
         [&] {
             if (m_screen->isRequestOnProcess())
+                return true;
+            // The answer to the photo before may be taken for this one's before anybody looks.
+            if (m_isAnswerDue && (top() != m_screen || looks > 400))
                 return true;
             const QQuickItem *shutter = touchable(u"captureButton"_s);
             if (shutter && m_camera->isDelivering() && looks++ % 50 == 0)

@@ -75,6 +75,7 @@ private:
     QPointer<BrevantoCameraVC> m_screen; // the camera's; null while the host alone is shown
     QPointer<QQmlEngine> m_engine; // of all scenes
     QList<QPointer<Platform::ViewController>> m_seen;
+    bool m_isAnswerDue = false; // to a photo that was taken again
     struct {
         int ads = 0;
         int nothing = 0;
