@@ -5,7 +5,7 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Brevanto)
 # A folder of its own, because hosts may have folders of these names too.
 set(headers_dir ${CMAKE_INSTALL_INCLUDEDIR}/brevanto)
 set(BREVANTO_INSTALL_QMLDIR ${CMAKE_INSTALL_LIBDIR}/qt6/qml CACHE STRING "Folder of QML modules, within the prefix")
-set(qt_modules Core Gui Network Multimedia)
+set(qt_modules Core Gui Network Multimedia ${BREVANTO_PHONE_QT_MODULES})
 
 set(targets Brevanto)
 if(NOT BUILD_SHARED_LIBS)

@@ -2,10 +2,19 @@
 function(brevanto_phone_package target name)
     set(folder ${PROJECT_SOURCE_DIR}/examples/phone)
     if(ANDROID)
+        # A part of a package's name has no hyphens.
+        string(REPLACE "-" "_" package ${target})
+        set(package org.brevanto.${package})
+        set(package_folder ${CMAKE_CURRENT_BINARY_DIR}/android)
+        file(COPY ${folder}/android/res DESTINATION ${package_folder})
+        configure_file(${folder}/android/AndroidManifest.xml.in ${package_folder}/AndroidManifest.xml @ONLY)
+        # Two digits each for the minor version and the patch: a later version's code is the greater one.
+        math(EXPR version_code
+            "(${PROJECT_VERSION_MAJOR} * 100 + ${PROJECT_VERSION_MINOR}) * 100 + ${PROJECT_VERSION_PATCH}")
         set_target_properties(${target} PROPERTIES
-            QT_ANDROID_PACKAGE_SOURCE_DIR ${folder}/android
+            QT_ANDROID_PACKAGE_SOURCE_DIR ${package_folder}
             QT_ANDROID_VERSION_NAME ${PROJECT_VERSION}
-            QT_ANDROID_VERSION_CODE 1
+            QT_ANDROID_VERSION_CODE ${version_code}
             QT_QML_IMPORT_PATH ${PROJECT_BINARY_DIR}/qml)
     elseif(IOS)
         set(icons ${folder}/ios/Assets.xcassets)

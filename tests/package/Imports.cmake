@@ -1,0 +1,46 @@
+# Qt packs into an application for a phone the QML modules that the application's own folder imports. What the library's
+# scenes import is inside the library, so that each host has to name it, by `import Brevanto` or by a file of its own.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+function(scan result folder import_path)
+    run(${SCANNER} -rootPath ${folder} -importPath ${import_path} -importPath ${QT_QML})
+    string(REGEX MATCHALL "\"name\": \"[A-Za-z.]+\"" names "${OUTPUT}")
+    list(TRANSFORM names REPLACE ".*: \"(.*)\"" "\\1")
+    list(FILTER names EXCLUDE REGEX "^Brevanto")
+    set(${result} ${names} PARENT_SCOPE)
+endfunction()
+
+scan(platform ${SOURCE_DIR}/Platform ${BUILD_DIR}/qml)
+scan(sdk ${SOURCE_DIR}/Brevanto ${BUILD_DIR}/qml)
+set(wanted ${platform} ${sdk})
+list(REMOVE_DUPLICATES wanted)
+foreach(module IN ITEMS QtMultimedia QtQuick.Controls.Basic QtWebView)
+    if(NOT module IN_LIST wanted)
+        message(FATAL_ERROR "The scanner does not find ${module} in the library's scenes: ${wanted}")
+    endif()
+endforeach()
+
+function(check folder import_path)
+    scan(found ${SOURCE_DIR}/${folder} ${import_path})
+    set(missing ${wanted})
+    list(REMOVE_ITEM missing ${found})
+    if(missing)
+        message(FATAL_ERROR "${folder} on a phone comes without ${missing}")
+    endif()
+endfunction()
+
+check(examples/host ${BUILD_DIR}/qml)
+check(examples/qml-host ${BUILD_DIR}/qml)
+file(GLOB_RECURSE module ${PREFIX}/qmldir)
+cmake_path(GET module PARENT_PATH module)
+cmake_path(GET module PARENT_PATH installed)
+check(tests/package/qml ${installed})
+
+# What hosts in C++ are told to do is what the example does.
+file(STRINGS ${SOURCE_DIR}/examples/host/BrevantoImports.qml imports REGEX "^import ")
+file(STRINGS ${SOURCE_DIR}/docs/integration.md told REGEX "^import Qt")
+foreach(import IN LISTS imports)
+    if(NOT import IN_LIST told)
+        message(FATAL_ERROR "docs/integration.md does not tell hosts to ${import}")
+    endif()
+endforeach()
