@@ -317,6 +317,19 @@ private Q_SLOTS:
         QCOMPARE(camera.camera->startCount, stopped ? 2 : 1);
     }
 
+    void givesTheCameraBackInTheBackground()
+    {
+        CameraScreen camera;
+        camera.open();
+        QTRY_VERIFY(camera.camera->isDelivering());
+        Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationSuspended);
+        QTRY_VERIFY(!camera.camera->isDelivering());
+        QVERIFY(camera.isOpen() && !camera.alert());
+        Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+        QTRY_VERIFY(camera.camera->isDelivering());
+        QVERIFY(camera.shoot());
+    }
+
     void splash_data() { addBothRows("loadedBefore", "first start", "later"); }
     void splash()
     {
