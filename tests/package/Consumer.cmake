@@ -1,16 +1,24 @@
 # Builds and runs a host application from outside against the installed package.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
-configure(${CMAKE_CURRENT_LIST_DIR}/${LANGUAGE} -DCMAKE_PREFIX_PATH=${PREFIX})
-run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
-run(${SOURCE_DIR}/script/with-display ${WORK_DIR}/build/consumer)
+set(arguments "")
+if(LANGUAGE STREQUAL "cpp")
+    set(arguments -DHEADERS=${PREFIX}/include/brevanto)
+endif()
+build_and_run(${LANGUAGE} -DCMAKE_PREFIX_PATH=${PREFIX} ${arguments})
 
-# The same source once more, with what pkg-config says.
-find_program(pkg_config pkg-config)
-file(GLOB_RECURSE pc_file ${PREFIX}/*/brevanto.pc)
-if(LANGUAGE STREQUAL "cpp" AND pkg_config AND pc_file AND NOT SANITIZE)
+# What pkg-config says of the shared library, and the same source once more with that.
+if(LANGUAGE STREQUAL "cpp" AND SHARED)
+    find_program(pkg_config pkg-config REQUIRED)
+    file(GLOB_RECURSE pc_file ${PREFIX}/brevanto.pc)
     cmake_path(GET pc_file PARENT_PATH folder)
     set(ENV{PKG_CONFIG_PATH} ${folder})
+    run(${pkg_config} --modversion brevanto)
+    if(NOT OUTPUT STREQUAL "${VERSION}\n")
+        message(FATAL_ERROR "pkg-config takes version ${VERSION} for ${OUTPUT}")
+    endif()
+endif()
+if(pkg_config AND NOT SANITIZE)
     run(${pkg_config} --cflags --libs brevanto Qt6Quick)
     separate_arguments(flags UNIX_COMMAND "${OUTPUT}")
     cmake_path(GET folder PARENT_PATH libraries)

@@ -7,8 +7,6 @@
 #include <QQuickWindow>
 #include <QTimer>
 
-#include <cstring>
-
 // A host in C++: opens the camera screen over its window, sees that it stands there and observes what a host may
 // observe.
 int main(int argc, char *argv[])
@@ -39,6 +37,7 @@ int main(int argc, char *argv[])
     QGuiApplication::exec();
     const Platform::Image shot = scale::captureScreenShotOfView(&item);
     const bool isVersioned = BrevantoVersionNumber == BREVANTO_VERSION_MAJOR
-        && BREVANTO_VERSION >= QT_VERSION_CHECK(1, 0, 0) && std::strstr(BrevantoVersionString, "PROJECT:Brevanto-1\n");
+        && BREVANTO_VERSION >= QT_VERSION_CHECK(BREVANTO_VERSION_MAJOR, 0, 0)
+        && QByteArray(BrevantoVersionString).endsWith("PROJECT:Brevanto-" QT_STRINGIFY(BREVANTO_VERSION_MAJOR) "\n");
     return !isShown ? 2 : !isNotified ? 3 : !isVersioned ? 4 : shot.size() != item.size() ? 5 : 0;
 }

@@ -30,7 +30,8 @@ Window {
         running: true
         onTriggered: {
             const knowsNetwork = BrevantoClient.reachabilityStatus >= BrevantoClient.NotReachable
-            if (BrevantoClient.versionNumber !== 1 || !knowsNetwork || BrevantoClient.cameraScreenShown)
+            const isVersioned = BrevantoClient.versionString.endsWith("-" + BrevantoClient.versionNumber)
+            if (!isVersioned || !knowsNetwork || BrevantoClient.cameraScreenShown)
                 window.fail(2)
             else if (!BrevantoClient.showCameraScreen() || !BrevantoClient.cameraScreenShown || window.changes !== 1)
                 window.fail(3)
