@@ -44,6 +44,9 @@ if(BREVANTO_BUILD_QML)
         DESTINATION ${module_dir})
 endif()
 
+# For hosts in C++ on phones.
+install(FILES ${PROJECT_SOURCE_DIR}/examples/host/BrevantoImports.qml DESTINATION ${CMAKE_INSTALL_DATADIR}/brevanto)
+
 list(JOIN qt_modules " " qt_modules_text)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/BrevantoConfig.cmake.in BrevantoConfig.cmake
     INSTALL_DESTINATION ${package_dir}
