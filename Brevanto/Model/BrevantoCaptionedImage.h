@@ -3,16 +3,17 @@
 #include "Brevanto/Model/BrevantoFieldValues.h"
 #include "Platform/Foundation/Codable.h"
 
-// A gallery image with its caption. Null fields: see BrevantoBaseEntity.
+// A gallery image with its caption. Null fields and threads: see BrevantoBaseEntity.
 class BREVANTO_EXPORT BrevantoCaptionedImage : public Platform::Codable
 {
 public:
     BrevantoCaptionedImage() = default;
     ~BrevantoCaptionedImage() override;
 
-    // The image's address and what stands below it; text, null when the service sent none.
+    // The image's address; text, null when the service sent none.
     const QVariant &imageURL() const { return m_fields.value(imageURLField); }
     void setImageURL(QVariant imageURL) { m_fields.setValue(imageURLField, std::move(imageURL)); }
+    // What stands below it; text, null when the service sent none.
     const QVariant &captionText() const { return m_fields.value(captionTextField); }
     void setCaptionText(QVariant captionText) { m_fields.setValue(captionTextField, std::move(captionText)); }
 

@@ -5,8 +5,9 @@
 #include <QList>
 #include <QVariant>
 
-// The fields of one record, by their numbers (0 to 63). Null ones take no room: an answer or an archive of a few
-// megabytes may hold a million records with hardly a field in them.
+// The fields of one record, by their numbers, 0 to 63; what another number does is undefined, and nothing checks it.
+// Null ones take no room: an answer or an archive of a few megabytes may hold a million records with hardly a field in
+// them. For one thread at a time.
 class BREVANTO_EXPORT BrevantoFieldValues
 {
 public:

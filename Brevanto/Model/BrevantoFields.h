@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-// Readers of record fields, for those who show them.
+// Readers of record fields, for those who show them. From any thread, while nobody changes the record.
 namespace BrevantoFields
 {
 

@@ -8,7 +8,8 @@ class BrevantoMatchGroup;
 // Groups in the order that their source says; holds no null pointers.
 using BrevantoMatchGroupList = QList<std::shared_ptr<BrevantoMatchGroup>>;
 
-// The matches that share one ad image: what the ad screen shows and the recents store keeps. Shared, not copied.
+// The matches that share one ad image: what the ad screen shows and the recents store keeps. Shared, not copied. For
+// one thread at a time.
 class BREVANTO_EXPORT BrevantoMatchGroup : public Platform::Codable
 {
 public:
@@ -24,15 +25,15 @@ public:
     // match.
     static BrevantoMatchGroupList groupMatchesByAdImageUrl(const BrevantoMatchList &matches);
 
-    // Under which archives have the address.
+    // The key under which archives keep adImageUrl().
     static constexpr QLatin1StringView adImageUrlKey{"adImageUrl"};
 
-    // A null QString is null.
+    // Address of the ad image that the matches share, as the service sent it; a null QString is null.
     const QString &adImageUrl() const { return m_adImageUrl; }
     void setAdImageUrl(const QString &adImageUrl) { m_adImageUrl = adImageUrl; }
 
-    // A group read from a damaged archive may have no matches at all, and its address may be null; check before taking
-    // the first match.
+    // The matches, in their order. A group read from a damaged archive may have none at all, and its address may be
+    // null; check before taking the first match.
     const BrevantoMatchList &listOfMatches() const { return m_listOfMatches; }
     void setListOfMatches(const BrevantoMatchList &listOfMatches) { m_listOfMatches = listOfMatches; }
 

@@ -22,18 +22,21 @@ class BrevantoQmlClient : public QObject
     Q_PROPERTY(bool cameraScreenShown READ isCameraScreenShown NOTIFY cameraScreenShownChanged)
     // How the network can be reached now.
     Q_PROPERTY(ReachabilityStatus reachabilityStatus READ reachabilityStatus NOTIFY reachabilityStatusChanged)
-    // The library's version.
+    // The major version of the library.
     Q_PROPERTY(double versionNumber READ versionNumber CONSTANT)
+    // The same in the form that the `what` tool finds in a binary.
     Q_PROPERTY(QString versionString READ versionString CONSTANT)
 
 public:
+    // How the network can be reached.
     enum ReachabilityStatus {
-        NotReachable = BrevantoReachabilityStatusNone,
-        ReachableViaWiFi = BrevantoReachabilityStatusWiFi,
-        ReachableViaWWAN = BrevantoReachabilityStatusWWAN,
+        NotReachable = BrevantoReachabilityStatusNone, // not at all, or the system does not tell
+        ReachableViaWiFi = BrevantoReachabilityStatusWiFi, // over a local network or Wi-Fi
+        ReachableViaWWAN = BrevantoReachabilityStatusWWAN, // over the cellular network
     };
     Q_ENUM(ReachabilityStatus)
 
+    // Made by the QML engine; begins to watch the network.
     explicit BrevantoQmlClient(QObject *parent = nullptr);
     ~BrevantoQmlClient() override;
 
@@ -42,14 +45,14 @@ public:
     // throws a script error.
     Q_INVOKABLE bool showCameraScreen();
 
-    bool isCameraScreenShown() const { return m_shownScreen != nullptr; }
-    ReachabilityStatus reachabilityStatus() const { return m_reachabilityStatus; }
-    double versionNumber() const;
-    QString versionString() const;
+    bool isCameraScreenShown() const { return m_shownScreen != nullptr; } // reads its property
+    ReachabilityStatus reachabilityStatus() const { return m_reachabilityStatus; } // reads its property
+    double versionNumber() const; // reads its property
+    QString versionString() const; // reads its property
 
 Q_SIGNALS:
-    void cameraScreenShownChanged();
-    void reachabilityStatusChanged();
+    void cameraScreenShownChanged(); // the screens have come, or have gone
+    void reachabilityStatusChanged(); // the network can be reached in another way
 
 private:
     ReachabilityStatus currentReachabilityStatus() const;

@@ -37,15 +37,17 @@ public:
     explicit BrevantoReachability(QObject *parent = nullptr);
     ~BrevantoReachability() override;
 
-    // Watch the host of that name or at that address; null for an empty name and a null address.
+    // Watches the host of that name; null for an empty name.
     static std::unique_ptr<BrevantoReachability> reachabilityWithHostName(const QString &hostName);
+    // Watches the host at that address; null for a null address.
     static std::unique_ptr<BrevantoReachability> reachabilityWithAddress(const QHostAddress &hostAddress);
     // Watches the IPv4 zero address: whether the internet can be reached.
     static std::unique_ptr<BrevantoReachability> reachabilityForInternetConnection();
 
-    // To be called, stopped and deleted on the main thread, where the notifications arrive. False when the system
-    // refuses.
+    // Begins to post notifications. To be called, stopped and deleted on the main thread, where they arrive. False when
+    // the system refuses.
     bool startNotifier();
+    // Posts no more of them; the monitor's end does the same.
     void stopNotifier();
 
     // How the target can be reached now; not reachable when that cannot be read.

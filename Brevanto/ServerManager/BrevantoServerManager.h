@@ -11,9 +11,13 @@
 // Talks to the match service and the URL shortener.
 //
 // Calls return at once, from any thread. Their blocks run on the URL session's own thread, one after the other, never
-// on the main thread, except where a call says "at once". Several outcomes call no block at all (a metadata answer that
-// the service marks as failed is one), so a caller that waits needs a time-out of its own. Blocks may be empty.
-// Requests of a manager that is destroyed end without calling their blocks.
+// on the main thread, except where a call says "at once". Blocks may be empty.
+//
+// No block at all is called, so that a caller who waits needs a time-out of its own,
+// - when an answer to getMeta() has no object, no "status" with the "code" 0, or more values than are read;
+// - when the manager or its session ends first, or the manager has no session (setCurrentSession());
+// - for a described call of an unknown request type, and for a GET to a separate address with a request code other than
+//   those of an image, a short address and a log.
 class BREVANTO_EXPORT BrevantoServerManager : public std::enable_shared_from_this<BrevantoServerManager>
 {
     struct Key {
@@ -21,8 +25,9 @@ class BREVANTO_EXPORT BrevantoServerManager : public std::enable_shared_from_thi
     };
 
 public:
-    // How calls and failures travel: see QuillfernServerParamsObject.
+    // How calls travel: see QuillfernServerParamsObject.
     using ParamsObject = std::shared_ptr<const QuillfernServerParamsObject>;
+    // How failures do.
     using FailureBlock = QuillfernServerParamsObject::FailureBlock;
 
     // The shared manager, made when first asked for. Lives until the application object goes. Threads that race for the
@@ -31,7 +36,9 @@ public:
 
     // A manager with a session of its own. Replaces the work queue of all managers.
     static std::shared_ptr<BrevantoServerManager> create();
+    // What create() calls; nobody else has a key.
     explicit BrevantoServerManager(Key);
+    // Ends its session, unless somebody else holds that one: see Platform::URLSession::invalidate().
     ~BrevantoServerManager();
 
     // The session that sends the requests of this manager. Without one (null) nothing is sent and no block is called. A
@@ -66,8 +73,9 @@ public:
                           const std::function<void(const std::optional<BrevantoMatchGroupList> &)> &completionBlock,
                           const FailureBlock &failureBlock);
 
-    // Dispatch of a described call: both send it from the work queue, requestWithParams after one more turn.
+    // Sends a described call from the work queue, a turn of the queue later than apiCallWithParams() does.
     void requestWithParams(const ParamsObject &params);
+    // Sends a described call from the work queue.
     void apiCallWithParams(const ParamsObject &params);
 
     // Whether a decoded answer is an object whose "status" holds the number 0 under "code".

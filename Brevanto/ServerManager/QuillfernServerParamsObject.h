@@ -17,17 +17,17 @@ class BrevantoMatch;
 
 // HTTP method of a call. A description may hold any other number: nothing is sent then.
 enum BrevantoAPIRequestType : qint32 {
-    BrevantoAPIRequestTypeGet = 0,
-    BrevantoAPIRequestTypePost = 1,
+    BrevantoAPIRequestTypeGet = 0, // paramsDict is the query
+    BrevantoAPIRequestTypePost = 1, // paramsDict is in the body
 };
 
 // Kind of a call, which decides how its answer is read. Other numbers are possible and have no decoding.
 enum BrevantoAPIRequestCode : qint32 {
-    BrevantoAPIRequestCodeAdMeta = 0,
-    BrevantoAPIRequestCodeImage = 1,
-    BrevantoAPIRequestCodeShortURL = 2,
-    BrevantoAPIRequestCodeLogUpload = 3,
-    BrevantoAPIRequestCodeImageSearch = 4,
+    BrevantoAPIRequestCodeAdMeta = 0, // one ad: a BrevantoMatch
+    BrevantoAPIRequestCodeImage = 1, // a picture: a Platform::Image
+    BrevantoAPIRequestCodeShortURL = 2, // a short address: a QString
+    BrevantoAPIRequestCodeLogUpload = 3, // nothing
+    BrevantoAPIRequestCodeImageSearch = 4, // what a photo shows: a BrevantoMatchGroupList
 };
 
 // What an answer was decoded to; std::monostate stands for "nothing".
@@ -82,9 +82,10 @@ public:
     qint32 apiRequestCode() const { return m_apiRequestCode; }
     void setApiRequestCode(qint32 apiRequestCode) { m_apiRequestCode = apiRequestCode; }
 
-    // Both blocks run on the URL session's thread. Either may be empty.
+    // What is told the answer, on the URL session's thread. May be empty.
     const CompletionBlock &completionBlock() const { return m_completionBlock; }
     void setCompletionBlock(CompletionBlock completionBlock) { m_completionBlock = std::move(completionBlock); }
+    // What is told that there is none, on the URL session's thread. May be empty.
     const FailureBlock &failureBlock() const { return m_failureBlock; }
     void setFailureBlock(FailureBlock failureBlock) { m_failureBlock = std::move(failureBlock); }
 

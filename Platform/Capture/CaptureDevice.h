@@ -66,14 +66,16 @@ public:
     // Raises InvalidArgument on a device without flash.
     void setFlashMode(CaptureFlashMode mode);
 
-    // The focus modes that the lens knows, and the one in use.
+    // Whether the lens knows that mode.
     virtual bool isFocusModeSupported(CaptureFocusMode mode) const = 0;
+    // The mode in use.
     virtual CaptureFocusMode focusMode() const = 0;
     // Raises InvalidArgument when the device does not support the mode.
     void setFocusMode(CaptureFocusMode mode);
 
-    // 1.0 shows the whole picture.
+    // The zoom in use; 1.0 shows the whole picture.
     virtual qreal videoZoomFactor() const = 0;
+    // The largest zoom; 1.0 on a device without one.
     virtual qreal activeFormatVideoMaxZoomFactor() const = 0;
     // Moves the zoom towards `factor`, kept between 1.0 and the maximum, at `rate` doublings per second. A device
     // without moving parts may arrive at once.
@@ -82,6 +84,7 @@ public:
     // False when the device refuses; the settings above raise InternalInconsistency outside a successful lock. Locks
     // nest.
     bool lockForConfiguration();
+    // Ends the innermost successful lock; without effect when there is none.
     void unlockForConfiguration();
 
     // What a session does with a device.
@@ -94,21 +97,25 @@ public:
     void start(const void *owner, CaptureSessionPreset preset, FrameHandler handler);
     // Ends the delivery for `owner`; without effect when the device serves another by now. A photo under way may fail.
     void stop(const void *owner);
+    // Whether the device delivers for `owner` now; never for null.
     bool isStartedBy(const void *owner) const { return owner && m_owner == owner; }
 
     // Takes one photo. The completion runs exactly once, on any thread. Only while started.
     virtual void captureStillImage(CaptureCompletion completion) = 0;
 
 protected:
-    // Do what the setters above have checked: the device is locked and knows the mode.
+    // Sets the flash. setFlashMode() has seen that the device is locked and has one.
     virtual void applyFlashMode(CaptureFlashMode mode) = 0;
+    // Sets the focus. setFocusMode() has seen that the device is locked and knows the mode.
     virtual void applyFocusMode(CaptureFocusMode mode) = 0;
+    // Moves the zoom. rampToVideoZoomFactor() has seen that the device is locked and kept the factor within bounds.
     virtual void applyZoom(qreal factor, qreal rate) = 0;
     // Whether the device may be configured now.
     virtual bool acquireConfiguration() { return true; }
 
-    // Begin and end delivering preview frames; each begin is ended before the next.
+    // Begins to deliver preview frames; open() was called.
     virtual void startDelivering(CaptureSessionPreset preset, FrameHandler handler) = 0;
+    // Ends it; each begin is ended before the next.
     virtual void stopDelivering() = 0;
 
 private:

@@ -13,7 +13,7 @@ class KeyedArchiver;
 class KeyedUnarchiver;
 
 // A record that a keyed archive can hold. Records have identity and are shared: inside a QVariant they travel as
-// CodablePointer.
+// CodablePointer. For one thread at a time, as is its archiving.
 class BREVANTO_EXPORT Codable
 {
 public:
@@ -23,10 +23,10 @@ public:
     // The name that the archive keeps and the reader finds the class by.
     virtual QString className() const = 0;
 
-    // Write each field under its key, or read it back into a newly made record. The archiver guards either call as one
-    // sequence: an exception ends it, its description goes to the log, and the record stays as far as it came. Coders
-    // are the library's own.
+    // Writes each field under its key. The archiver guards the call as one sequence: an exception ends it, its
+    // description goes to the log, and what was written stays. Coders are the library's own.
     virtual void encodeWithCoder(KeyedArchiver &coder) const = 0;
+    // Reads the fields back into a newly made record. Guarded alike: the record stays as far as it came.
     virtual void initWithCoder(KeyedUnarchiver &coder) = 0;
 
 private:

@@ -20,9 +20,11 @@ public:
     // `reason` says in a sentence what is wrong.
     Exception(Name name, const QString &reason);
 
-    // What it was made with; what() gives both as UTF-8.
+    // The kind that it was made with.
     Name name() const { return m_name; }
+    // The sentence that it was made with.
     QString reason() const { return m_reason; }
+    // Both as UTF-8.
     const char *what() const noexcept override;
 
 private:

@@ -11,7 +11,8 @@
 namespace Platform
 {
 
-// The platform's eight orientations of a stored bitmap.
+// How a stored bitmap is turned upright: Up not at all, Down by half a turn, Left by a quarter counterclockwise, Right
+// by a quarter clockwise; of the mirrored ones left and right are exchanged first.
 enum class ImageOrientation { Up = 0, Down, Left, Right, UpMirrored, DownMirrored, LeftMirrored, RightMirrored };
 
 // A picture as a value, cheap to copy. Made from encoded bytes it keeps the bytes and decodes only when it is drawn, at
@@ -40,7 +41,9 @@ public:
     QSizeF size() const;
     // Width and height of the stored bitmap in pixels, orientation not applied.
     QSize bitmapSize() const;
+    // Pixels per point.
     qreal scale() const;
+    // How the stored bitmap is turned upright.
     ImageOrientation orientation() const;
     // How much memory the image takes: its encoded bytes, or else its pixels.
     qint64 byteCount() const;

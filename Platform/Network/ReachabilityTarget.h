@@ -42,9 +42,9 @@ public:
     // behind a default route, of IPv4 or, where a network has no other, of IPv6. Null for a null address.
     static std::unique_ptr<ReachabilityTarget> withAddress(const QHostAddress &address);
 
-    // Makes the targets in place of the system's, for one of a host name and an address; the other is empty or null.
-    // An empty function restores the system's targets. Living targets stay as they are. Main thread.
+    // Makes a target in place of the system's, for one of a host name and an address; the other is empty or null.
     using Factory = std::function<std::unique_ptr<ReachabilityTarget>(const QString &hostName, const QHostAddress &)>;
+    // Puts a factory to use; an empty one restores the system's targets. Living targets stay as they are. Main thread.
     static void setFactory(Factory factory);
 
     ReachabilityTarget() = default;
@@ -54,9 +54,12 @@ public:
     virtual std::optional<quint32> flags() const = 0;
 
     // What to call, with `info`, when the flag word has changed while the target is scheduled; null for nothing.
+    // False when the system refuses.
     virtual bool setCallback(Callback callback, QObject *info) = 0;
-    // Delivers changes on the calling thread, whose event loop must run, until unschedule(), to be called there too.
+    // Delivers changes on the calling thread, whose event loop must run. False when the system refuses: no change is
+    // delivered then.
     virtual bool schedule() = 0;
+    // Ends that; on the thread of schedule(). Without effect while nothing is scheduled.
     virtual void unschedule() = 0;
 
 private:

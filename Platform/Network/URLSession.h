@@ -39,15 +39,15 @@ struct URLRequest {
 struct URLError {
     // What went wrong.
     enum class Code {
-        BadURL,
-        UnsupportedURL,
-        CannotConnect,
-        TimedOut,
-        ConnectionLost,
-        TooManyRedirects,
-        TooLarge,
-        Secure,
-        Unknown
+        BadURL, // no address, or one that is not valid
+        UnsupportedURL, // neither http nor https
+        CannotConnect, // no such host, or nobody listens
+        TimedOut, // nothing moved for too long, or all took too long
+        ConnectionLost, // before the answer was whole
+        TooManyRedirects, // in circles, or nearly
+        TooLarge, // the body, beyond a limit
+        Secure, // no TLS, a certificate that does not hold, or a redirect from https to http
+        Unknown // anything else
     };
     Code code = Code::Unknown; // for programs
     QString description; // for people, in English
