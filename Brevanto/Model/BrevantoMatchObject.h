@@ -11,27 +11,7 @@
 class BrevantoMatchObject
 {
 public:
-    // A known key; anything else does not compile.
-    class Key
-    {
-    public:
-        consteval Key(const char *name); // not explicit: `value("id")`
-
-    private:
-        friend class BrevantoMatchObject;
-        std::size_t m_number;
-    };
-
-    explicit BrevantoMatchObject(QJsonObject object);
-
-    // Undefined where there is none.
-    QJsonValue value(Key key) const
-    {
-        const qsizetype position = m_positions[key.m_number];
-        return position < 0 ? QJsonValue(QJsonValue::Undefined) : QJsonValue(*(m_object.constBegin() + position));
-    }
-
-private:
+    // The known keys, sorted.
     static constexpr auto names = std::to_array<std::string_view>({
         "ad_rel_img",
         "ad_reviews_url",
@@ -77,6 +57,27 @@ private:
         "yPercent",
     });
 
+    // A known key; anything else does not compile.
+    class Key
+    {
+    public:
+        consteval Key(const char *name); // not explicit: `value("id")`
+
+    private:
+        friend class BrevantoMatchObject;
+        std::size_t m_number;
+    };
+
+    explicit BrevantoMatchObject(QJsonObject object);
+
+    // Undefined where there is none.
+    QJsonValue value(Key key) const
+    {
+        const qsizetype position = m_positions[key.m_number];
+        return position < 0 ? QJsonValue(QJsonValue::Undefined) : QJsonValue(*(m_object.constBegin() + position));
+    }
+
+private:
     QJsonObject m_object;
     std::array<qsizetype, names.size()> m_positions; // in the object; negative where it has no such key
 };
