@@ -4,6 +4,9 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
+#include <algorithm>
+#include <memory>
+
 namespace
 {
 
@@ -62,7 +65,10 @@ class ClickPlugin : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "ClickPlugin.json")
 
 public:
-    QObject *create(const QString &, const QString &) override { return new Clicker; } // Qt owns it
+    QObject *create(const QString &, const QString &) override
+    {
+        return std::make_unique<Clicker>().release(); // Qt owns what its plugins make
+    }
 };
 
 #include "ClickPlugin.moc"
