@@ -4,11 +4,34 @@
 #include "Platform/Network/URLSessionTask.h"
 
 #include <QMutexLocker>
+#include <QNetworkProxyFactory>
 #include <QThread>
 #include <QThreadPool>
 
+#include <algorithm>
+
 namespace Platform
 {
+
+namespace
+{
+
+// Has plain connections buffered. From others Qt reads the head of an answer, and the length of a chunk, in one go for
+// as long as bytes come, and its thread does nothing else meanwhile, not even end the request. It buffers all
+// connections but those whose proxy is said to be none; with the default one each asks the application again, and hears
+// the same.
+class BufferedConnections final : public QNetworkProxyFactory
+{
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
+    {
+        QList<QNetworkProxy> proxies = proxyForQuery(query);
+        std::ranges::replace(proxies, QNetworkProxy::NoProxy, QNetworkProxy::DefaultProxy, &QNetworkProxy::type);
+        return proxies;
+    }
+};
+
+} // namespace
 
 class URLSession::Worker final : public BlockReceiver
 {
@@ -17,16 +40,20 @@ public:
         : m_configuration(configuration)
     {
     }
-    // The replies of the tasks belong to their carrier.
+    // Ends what still runs; the replies of the tasks need their carrier.
     ~Worker() override { qDeleteAll(tasks()); }
 
     void start(const URLRequest &request, Completion completion)
     {
         if (m_isClosed)
             return;
-        if (!m_carrier || m_carrier->isSuspect())
+        dropSpentCarrier();
+        if (!m_carrier) {
             m_carrier = std::make_shared<URLCarrier>();
+            m_carrier->manager.setProxyFactory(new BufferedConnections);
+        }
         auto *task = new URLSessionTask(request, std::move(completion), m_configuration, m_carrier, this);
+        connect(task, &QObject::destroyed, this, &Worker::dropSpentCarrier);
         task->start();
     }
 
@@ -38,6 +65,12 @@ public:
     }
 
 private:
+    void dropSpentCarrier()
+    {
+        if (m_carrier && m_carrier->isSpent)
+            m_carrier.reset();
+    }
+
     QList<URLSessionTask *> tasks() const
     {
         QList<URLSessionTask *> result; // there are no other children

@@ -1,12 +1,9 @@
 #include "Platform/Network/URLSessionTask.h"
 
 #include "Platform/Foundation/Clock.h"
-#include "Platform/Foundation/Handover.h"
 #include "Platform/Network/WebAddress.h"
 
-#include <QNetworkAccessManager>
 #include <QNetworkRequest>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <utility>
@@ -113,21 +110,6 @@ URLResponse responseOf(const QNetworkReply &reply)
 
 } // namespace
 
-URLCarrier::URLCarrier()
-    : m_manager(std::make_unique<QNetworkAccessManager>())
-{
-}
-
-URLCarrier::~URLCarrier()
-{
-    auto *pool = m_isSuspect ? QThreadPool::globalInstance() : nullptr; // none at the end of the process
-    if (!pool)
-        return;
-    // The manager's end waits for its thread for some seconds.
-    m_manager->moveToThread(nullptr);
-    startInPool(*pool, [manager = std::shared_ptr(std::move(m_manager))]() mutable { manager.reset(); });
-}
-
 URLSessionTask::URLSessionTask(URLRequest request, URLSession::Completion completion,
                                const URLSession::Configuration &configuration,
                                const std::shared_ptr<URLCarrier> &carrier, QObject *parent)
@@ -160,8 +142,7 @@ void URLSessionTask::cancel()
     m_completion = nullptr;
     if (m_reply) {
         m_reply->disconnect(this);
-        if (!m_reply->isFinished())
-            m_carrier->setSuspect();
+        m_carrier->isSpent = m_carrier->isSpent || !m_reply->isFinished();
         m_reply->abort();
     }
     deleteLater();
@@ -170,8 +151,8 @@ void URLSessionTask::cancel()
 void URLSessionTask::send()
 {
     const QNetworkRequest outgoing = networkRequest(m_request);
-    m_reply.reset(m_request.method == URLRequest::Method::Post ? m_carrier->manager().post(outgoing, m_request.body)
-                                                               : m_carrier->manager().get(outgoing));
+    m_reply.reset(m_request.method == URLRequest::Method::Post ? m_carrier->manager.post(outgoing, m_request.body)
+                                                               : m_carrier->manager.get(outgoing));
     m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply.get(), &QNetworkReply::uploadProgress, this, &URLSessionTask::noteProgress);
     connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, &URLSessionTask::checkAnnouncedSize);
@@ -218,7 +199,9 @@ void URLSessionTask::conclude()
     read();
     if (m_isComplete)
         return;
-    if (isRedirected())
+    if (isInterim())
+        refuseInterim();
+    else if (isRedirected())
         redirect();
     else if (m_reply->error() != QNetworkReply::NoError && !isStatusError(*m_reply))
         fail({errorCode(m_reply->error()), m_reply->errorString()});
@@ -226,6 +209,19 @@ void URLSessionTask::conclude()
         fail({URLError::Code::ConnectionLost, QStringLiteral("The connection was lost.")});
     else
         complete(std::move(m_body), responseOf(*m_reply), std::nullopt);
+}
+
+// Qt takes all but 100 for the answer; the real one, which comes after it, might be taken for that of a next request.
+bool URLSessionTask::isInterim() const
+{
+    const int status = statusOf(*m_reply);
+    return status >= 100 && status < 200;
+}
+
+void URLSessionTask::refuseInterim()
+{
+    m_carrier->isSpent = true;
+    fail({URLError::Code::Unknown, QStringLiteral("The server sent no final response.")});
 }
 
 bool URLSessionTask::isRedirected() const

@@ -2,33 +2,19 @@
 
 #include "Platform/Network/URLSession.h"
 
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QObject>
-
-class QNetworkAccessManager;
 
 namespace Platform
 {
 
-// What carries the requests of a session: Qt's manager with its connections and its thread. As Qt reads the head of an
-// answer, or the length of a chunk, nothing else happens on that thread for as long as the server goes on sending;
-// after a transfer that was cut short it may be busy for good. Then the session goes on with another carrier, and this
-// one ends, after its last task, without anybody waiting for it.
-class URLCarrier
-{
-public:
-    URLCarrier();
-    ~URLCarrier();
-
-    QNetworkAccessManager &manager() const { return *m_manager; }
-    // A transfer was cut short.
-    void setSuspect() { m_isSuspect = true; }
-    bool isSuspect() const { return m_isSuspect; }
-
-private:
-    Q_DISABLE_COPY_MOVE(URLCarrier)
-    std::unique_ptr<QNetworkAccessManager> m_manager;
-    bool m_isSuspect = false;
+// What carries the requests of a session: Qt's manager with its connections and its thread. A connection on which a
+// transfer was cut short may stay as it is, and Qt has six for each host; so the session goes on with another carrier
+// then, and this one ends, with all its connections, after its last task.
+struct URLCarrier {
+    QNetworkAccessManager manager;
+    bool isSpent = false; // a transfer was cut short, or went wrong
 };
 
 // One request of a session, from its start to its completion. Lives on the session's thread and deletes itself after
@@ -53,6 +39,8 @@ private:
     void checkAnnouncedSize();
     void read();
     void conclude();
+    bool isInterim() const;
+    void refuseInterim();
     bool isRedirected() const;
     void redirect();
     bool isWholeBody() const;

@@ -46,6 +46,19 @@ inline Platform::URLRequest get(const QString &url)
     return request;
 }
 
+inline RawServer::Answer chunked(const QByteArray &body)
+{
+    RawServer::Answer answer;
+    answer.headers = {{"Transfer-Encoding", "chunked"}};
+    answer.body = QByteArray::number(body.size(), 16) + "\r\n" + body + "\r\n0\r\n\r\n";
+    return answer;
+}
+
+inline RawServer::Answer plain(const QByteArray &body)
+{
+    return {.body = body};
+}
+
 // Tests of one session against one server of its own.
 class SessionTest : public QObject
 {
@@ -66,6 +79,7 @@ protected Q_SLOTS:
         const qint64 growth = m_memory.growth();
         QVERIFY2(growth < 48 * MemoryWatch::mebibyte, QByteArray::number(growth));
         m_server->setAnswer({.body = "next"});
+        m_server->setIntake({});
         QCOMPARE(dataOf(outcome(*m_session, get(m_server->url()))), QByteArray("next"));
     }
 

@@ -105,6 +105,16 @@ public:
         m_stalled.removeIf([](const Stalled &stalled) { return stalled.rest.isEmpty(); });
     }
 
+    void readOn(qint64 size)
+    {
+        for (const QPointer<QTcpSocket> &socket : m_full) {
+            if (!socket || size == 0)
+                continue;
+            socket->setReadBufferSize(size);
+            socket->readAll();
+        }
+    }
+
 private:
     struct Stalled {
         QPointer<QTcpSocket> socket;
@@ -115,11 +125,21 @@ private:
     {
         while (QTcpSocket *socket = m_server->nextPendingConnection()) {
             Request request;
+            std::optional<qint64> intake;
+            Then then = Then::KeepOpen;
             {
                 const QMutexLocker lock(&m_owner.m_mutex);
                 request.connection = m_owner.m_connectionCount++;
+                intake = m_owner.m_intake;
+                then = m_owner.m_thenOfIntake;
             }
+            ++m_owner.m_openCount;
             connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QTcpSocket::disconnected, this, [this] { --m_owner.m_openCount; });
+            if (intake) {
+                fill(socket, *intake, then);
+                continue;
+            }
             connect(socket, &QTcpSocket::bytesWritten, this, [this](qint64 size) { m_owner.m_sentSize += size; });
             connect(socket, &QTcpSocket::readyRead, this, [this, socket, request, received = QByteArray()]() mutable {
                 received += socket->readAll();
@@ -127,6 +147,22 @@ private:
                     answer(socket, request);
             });
         }
+    }
+
+    void fill(QTcpSocket *socket, qint64 size, Then then)
+    {
+        socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 1 << 16);
+        socket->setReadBufferSize(size);
+        const auto look = [this, socket, size, then] {
+            if (socket->bytesAvailable() < size || m_full.contains(socket))
+                return;
+            m_full.append(socket);
+            if (then == Then::Reset)
+                reset(*socket);
+            ++m_owner.m_fullCount;
+        };
+        connect(socket, &QTcpSocket::readyRead, this, look);
+        look();
     }
 
     void answer(QTcpSocket *socket, const Request &request)
@@ -163,6 +199,7 @@ private:
     RawServer &m_owner;
     QTcpServer *m_server;
     QList<Stalled> m_stalled;
+    QList<QPointer<QTcpSocket>> m_full;
 };
 
 RawServer::Answer RawServer::Answer::json(const QByteArray &body)
@@ -221,6 +258,18 @@ void RawServer::setHandler(Handler handler)
 void RawServer::resume(qsizetype size)
 {
     m_listener->post([listener = m_listener, size] { listener->resume(size); });
+}
+
+void RawServer::setIntake(std::optional<qint64> size, Then then)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_intake = size;
+    m_thenOfIntake = then;
+}
+
+void RawServer::readOn(qint64 size)
+{
+    m_listener->post([listener = m_listener, size] { listener->readOn(size); });
 }
 
 QList<RawServer::Request> RawServer::requests() const

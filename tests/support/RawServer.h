@@ -61,6 +61,14 @@ public:
 
     // Sends the rest of the answers that stalled, or only so many bytes of each.
     void resume(qsizetype size = std::numeric_limits<qsizetype>::max());
+    // From new connections so much is read, and then no more; with Reset, they are reset then. Nothing: all, as at
+    // first.
+    void setIntake(std::optional<qint64> size, Then then = Then::KeepOpen);
+    // Reads so much more from those that wait, and throws it away.
+    void readOn(qint64 size);
+    // The connections so far from which so much has been read.
+    int fullCount() const { return m_fullCount; }
+
     // How much the clients' systems have taken so far.
     qint64 sentSize() const { return m_sentSize; }
 
@@ -68,6 +76,7 @@ public:
     QList<Request> requests() const;
     int requestCount() const;
     int connectionCount() const;
+    int openConnectionCount() const { return m_openCount; }
 
 private:
     class Listener;
@@ -81,5 +90,9 @@ private:
     Handler m_handler;
     QList<Request> m_requests;
     int m_connectionCount = 0;
+    std::optional<qint64> m_intake;
+    Then m_thenOfIntake = Then::KeepOpen;
+    std::atomic<int> m_fullCount = 0;
+    std::atomic<int> m_openCount = 0;
     std::atomic<qint64> m_sentSize = 0;
 };
