@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include <cstring>
+#include <latch>
 #include <vector>
 
 class tst_BrevantoClient : public QObject
@@ -27,9 +28,14 @@ private Q_SLOTS:
     void sameClientForRacingThreads()
     {
         std::vector<BrevantoClient *> clients(16);
+        std::latch start(16);
         std::vector<std::unique_ptr<QThread>> threads;
-        for (BrevantoClient *&client : clients)
-            threads.emplace_back(QThread::create([&client] { client = BrevantoClient::sharedClient(); }));
+        for (BrevantoClient *&client : clients) {
+            threads.emplace_back(QThread::create([&start, &client] {
+                start.arrive_and_wait();
+                client = BrevantoClient::sharedClient();
+            }));
+        }
         for (const auto &thread : threads)
             thread->start();
         for (const auto &thread : threads)
