@@ -1,34 +1,84 @@
-// Requests to the match service: a line "METHOD PATH?QUERY", a line with the content type, and the body.
+// Requests to the match service, over a connection: a line "METHOD PATH?QUERY", a line with the content type, which is
+// the range as well, and the body.
 #include "fuzz/Require.h"
 
+#include "service/HttpServer.h"
 #include "service/MatchService.h"
-#include "service/UploadBody.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
-#include <QUrl>
-#include <QUrlQuery>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <cstdint>
+#include <memory>
 
 namespace
 {
 
 using namespace MatchService;
 
-Service &service()
+// Passes on what the server has made of a request, and looks at what the client would get.
+class Checked final : public HttpHandler
 {
-    // One small ad is enough to answer from.
-    static const QTemporaryDir folder;
-    static Service only = [] {
-        const QDir catalogue(folder.path());
-        catalogue.mkpath(QStringLiteral("ads"));
-        QFile::copy(QStringLiteral(FUZZ_AD ".json"), catalogue.filePath(QStringLiteral("ads/one.json")));
-        QFile::copy(QStringLiteral(FUZZ_AD ".jpg"), catalogue.filePath(QStringLiteral("ads/one.jpg")));
-        return Service(Catalogue(folder.path()), FeatureCache(folder.path()));
+public:
+    Checked()
+    {
+        const QDir root(QFileInfo(m_folder.path()).canonicalFilePath());
+        root.mkpath(QStringLiteral("catalogue/ads"));
+        // One small ad is enough to answer from. Beside the catalogue lies what must not be given out.
+        QFile::copy(QStringLiteral(FUZZ_AD ".json"), root.filePath(QStringLiteral("catalogue/ads/one.json")));
+        for (const char *name : {"catalogue/ads/one.jpg", "catalogue/.hidden.jpg", "secret.jpg"})
+            QFile::copy(QStringLiteral(FUZZ_AD ".jpg"), root.filePath(QString::fromLatin1(name)));
+        QFile::link(root.path(), root.filePath(QStringLiteral("catalogue/out")));
+        m_catalogue = root.filePath(QStringLiteral("catalogue/"));
+        m_service = std::make_unique<Service>(Catalogue(m_catalogue), FeatureCache(m_folder.path()));
+    }
+
+    bool takesBody(const HttpRequest &request) const override { return m_service->takesBody(request); }
+
+    HttpResponse answer(const HttpRequest &request) override
+    {
+        HttpResponse response = m_service->answer(request);
+        require(response.status >= 200 && response.status < 600, "an answer has a status");
+        for (const auto &[name, value] : response.headers)
+            require(!value.contains('\r') && !value.contains('\n'), "a header is one line");
+        if (response.file) {
+            const QString path = QStringLiteral("/proc/self/fd/%1").arg(response.file->file.get());
+            const QString given = QFileInfo(path).symLinkTarget();
+            require(given.startsWith(m_catalogue) && !given.mid(m_catalogue.size() - 1).contains(QStringLiteral("/.")),
+                    "a file that is given out lies in the catalogue");
+        }
+        return response;
+    }
+
+    HttpResponse refusal(int status, const QString &reason) const override
+    {
+        return m_service->refusal(status, reason);
+    }
+
+private:
+    const QTemporaryDir m_folder;
+    QString m_catalogue;
+    std::unique_ptr<Service> m_service;
+};
+
+// The server never ends, and so neither does what it answers with.
+quint16 port()
+{
+    static const quint16 number = [] {
+        static auto *handler = new Checked;
+        HttpServer::Options options;
+        options.port = 0;
+        options.connectionLimit = 1000;
+        static auto *server = new HttpServer(options, *handler);
+        return server->authority().split(':').last().toUShort();
     }();
-    return only;
+    return number;
 }
 
 } // namespace
@@ -40,21 +90,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const qsizetype second = first < 0 ? -1 : input.indexOf('\n', first + 1);
     if (second < 0)
         return 0;
-    HttpRequest request;
-    const qsizetype blank = input.left(first).indexOf(' ');
-    request.method = input.left(blank < 0 ? 0 : blank);
-    const QUrl url = QUrl::fromEncoded("http://127.0.0.1:8750" + input.mid(blank + 1, first - blank - 1));
-    request.path = url.path(QUrl::FullyDecoded);
-    for (const auto &[name, value] : QUrlQuery(url).queryItems(QUrl::FullyDecoded))
-        request.arguments.insert(name, value);
-    request.headers.insert("content-type", input.mid(first + 1, second - first - 1));
-    request.headers.insert("range", request.headers.value("content-type"));
-    request.localAuthority = "127.0.0.1:8750";
-    request.body = input.mid(second + 1);
-    const bool isTaken = service().takesBody(request);
-    if (!isTaken)
-        request.body.clear();
-    const HttpResponse response = service().answer(request);
-    require(response.status >= 200 && response.status < 600, "an answer has a status");
+    const QByteArray extra = input.mid(first + 1, second - first - 1);
+    const QByteArray body = input.mid(second + 1);
+    const QByteArray request = input.left(first)
+        + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\nContent-Type: " + extra + "\r\nRange: " + extra
+        + (body.isEmpty() ? QByteArray() : "\r\nContent-Length: " + QByteArray::number(body.size())) + "\r\n\r\n"
+        + body;
+
+    const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    require(connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0, "the server listens");
+    send(client, request.constData(), static_cast<std::size_t>(request.size()), MSG_NOSIGNAL);
+    shutdown(client, SHUT_WR);
+    char answer[1 << 16];
+    while (recv(client, answer, sizeof answer, 0) > 0) { }
+    close(client);
     return 0;
 }

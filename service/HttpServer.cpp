@@ -73,22 +73,6 @@ MHD_Result collectArgument(void *arguments, MHD_ValueKind, const char *name, con
     return MHD_YES;
 }
 
-MHD_Result send(MHD_Connection *connection, HttpResponse answer)
-{
-    MHD_Response *response = answer.file
-        ? MHD_create_response_from_fd_at_offset64(answer.file->length, answer.file->file.get(), answer.file->offset)
-        : MHD_create_response_from_buffer(std::size_t(answer.body.size()), answer.body.data(), MHD_RESPMEM_MUST_COPY);
-    if (!response)
-        return MHD_NO;
-    if (answer.file)
-        answer.file->file.release();
-    for (const auto &[name, value] : answer.headers)
-        MHD_add_response_header(response, name.constData(), value.constData());
-    const MHD_Result queued = MHD_queue_response(connection, unsigned(answer.status), response);
-    MHD_destroy_response(response);
-    return queued;
-}
-
 // The library takes no response while a body is coming in, so this one is written past it before it drops the
 // connection.
 MHD_Result refuseNow(MHD_Connection *connection, const HttpResponse &answer)
@@ -119,16 +103,12 @@ struct HttpServer::Exchange {
     Clock::time_point start = Clock::now();
 };
 
-/// Ends connections on which the head of a request takes too long to arrive. The library counts only how long nothing
-/// has moved, so that clients who send a byte now and then would hold all connections for good.
+/// Ends connections on which the head of a request takes too long to arrive, or an answer to be taken. The library
+/// counts only how long nothing has moved, so that clients who move a byte now and then would hold all connections for
+/// good.
 class HttpServer::Watch
 {
 public:
-    explicit Watch(std::chrono::seconds limit)
-        : m_limit(limit)
-    {
-    }
-
     ~Watch()
     {
         {
@@ -139,16 +119,16 @@ public:
         m_thread.join();
     }
 
-    void waitFor(int socket)
+    void waitFor(int socket, std::chrono::seconds limit)
     {
         const std::lock_guard lock(m_mutex);
-        m_since[socket] = Clock::now();
+        m_ends[socket] = Clock::now() + limit;
     }
 
     void forget(int socket)
     {
         const std::lock_guard lock(m_mutex);
-        m_since.erase(socket);
+        m_ends.erase(socket);
     }
 
 private:
@@ -156,19 +136,18 @@ private:
     {
         std::unique_lock lock(m_mutex);
         while (!m_ending.wait_for(lock, std::chrono::milliseconds(500), [this] { return m_isEnding; })) {
-            for (const auto &[socket, since] : m_since) {
-                if (Clock::now() - since > m_limit)
+            for (const auto &[socket, end] : m_ends) {
+                if (Clock::now() > end)
                     shutdown(socket, SHUT_RDWR);
             }
         }
     }
 
-    const std::chrono::seconds m_limit;
     std::mutex m_mutex;
     std::condition_variable m_ending;
     bool m_isEnding = false;
-    /// The sockets on which a head is expected; none of them is closed before it is forgotten.
-    std::map<int, Clock::time_point> m_since;
+    /// The sockets that are waited for, and until when; none of them is closed before it is forgotten.
+    std::map<int, Clock::time_point> m_ends;
     std::thread m_thread{[this] { run(); }};
 };
 
@@ -180,11 +159,11 @@ struct HttpServer::Callbacks {
 
     static void connected(void *self, MHD_Connection *connection, void **, MHD_ConnectionNotificationCode code)
     {
-        auto &watch = *static_cast<HttpServer *>(self)->m_watch;
+        auto &server = *static_cast<HttpServer *>(self);
         if (code == MHD_CONNECTION_NOTIFY_STARTED)
-            watch.waitFor(socketOf(connection));
+            server.m_watch->waitFor(socketOf(connection), server.m_options.requestTimeout);
         else
-            watch.forget(socketOf(connection));
+            server.m_watch->forget(socketOf(connection));
     }
 
     static MHD_Result access(void *self, MHD_Connection *connection, const char *path, const char *method, const char *,
@@ -206,6 +185,25 @@ struct HttpServer::Callbacks {
         return MHD_YES;
     }
 
+    static MHD_Result send(HttpServer &server, MHD_Connection *connection, HttpResponse answer)
+    {
+        const auto size = std::chrono::seconds((answer.file ? qint64(answer.file->length) : answer.body.size()) >> 20);
+        server.m_watch->waitFor(socketOf(connection), server.m_options.requestTimeout + size);
+        MHD_Response *response = answer.file
+            ? MHD_create_response_from_fd_at_offset64(answer.file->length, answer.file->file.get(), answer.file->offset)
+            : MHD_create_response_from_buffer(std::size_t(answer.body.size()), answer.body.data(),
+                                              MHD_RESPMEM_MUST_COPY);
+        if (!response)
+            return MHD_NO;
+        if (answer.file)
+            answer.file->file.release();
+        for (const auto &[name, value] : answer.headers)
+            MHD_add_response_header(response, name.constData(), value.constData());
+        const MHD_Result queued = MHD_queue_response(connection, unsigned(answer.status), response);
+        MHD_destroy_response(response);
+        return queued;
+    }
+
     static MHD_Result answer(HttpServer &server, MHD_Connection *connection, const HttpRequest &request)
     {
         HttpResponse response = server.m_handler.answer(request);
@@ -213,7 +211,7 @@ struct HttpServer::Callbacks {
         MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT, 0U);
         MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
                                   unsigned(server.m_options.idleTimeout.count()));
-        return send(connection, std::move(response));
+        return send(server, connection, std::move(response));
     }
 
     static MHD_Result begin(HttpServer &server, MHD_Connection *connection, const char *path, const char *method,
@@ -235,7 +233,7 @@ struct HttpServer::Callbacks {
         if (hasBody && !server.m_handler.takesBody(request))
             return answer(server, connection, request);
         if (length > server.m_options.bodyLimit)
-            return send(connection, server.m_handler.refusal(413, QStringLiteral("The body is too large")));
+            return send(server, connection, server.m_handler.refusal(413, QStringLiteral("The body is too large")));
         return MHD_YES;
     }
 
@@ -243,7 +241,7 @@ struct HttpServer::Callbacks {
     {
         delete static_cast<Exchange *>(std::exchange(*context, nullptr));
         if (code == MHD_REQUEST_TERMINATED_COMPLETED_OK)
-            static_cast<HttpServer *>(self)->m_watch->waitFor(socketOf(connection));
+            connected(self, connection, nullptr, MHD_CONNECTION_NOTIFY_STARTED);
     }
 };
 
@@ -252,7 +250,7 @@ HttpServer::HttpServer(Options options, HttpHandler &handler)
     , m_handler(handler)
 {
     FileDescriptor listener = listeningSocket(m_options.address, m_options.port);
-    m_watch = std::make_unique<Watch>(m_options.requestTimeout);
+    m_watch = std::make_unique<Watch>();
     m_authority = authorityOf(listener.get());
     m_daemon = MHD_start_daemon(MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL, 0,
                                 nullptr, nullptr, &Callbacks::access, this, MHD_OPTION_LISTEN_SOCKET, listener.get(),

@@ -94,7 +94,8 @@ public:
         qint64 bodyLimit = qint64{16} * 1024 * 1024;
         /// A connection on which nothing moves for this long is closed.
         std::chrono::seconds idleTimeout{10};
-        /// The head of a request, and then its body, must each arrive in this time, however steadily they trickle.
+        /// The head of a request, and then its body, must each arrive in this time, however steadily they trickle; the
+        /// answer must be taken in as much, and a second more for each mebibyte.
         std::chrono::seconds requestTimeout{30};
     };
 

@@ -16,19 +16,9 @@ using Platform::ImageOrientation;
 namespace
 {
 
-const QByteArray cmykJpeg =
-    QByteArrayLiteral("/9j/7gAOQWRvYmUAZAAAAAAC/"
-                      "9sAQwADAgICAgIDAgICAwMDAwQGBAQEBAQIBgYFBgkICgoJCAkJCgwPDAoLDgsJCQ0RDQ4PEBAREAoMEhMSEBMPEBAQ"
-                      "/9sAQwEDAwMEAwQIBAQIEAsJCxAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQEBAQ"
-                      "/8AAFAgABAAGBAERAAIR"
-                      "AQMRAQQRAP/EABUAAQEAAAAAAAAAAAAAAAAAAAgJ/8QAFBABAAAAAAAAAAAAAAAAAAAAAP/"
-                      "EABUBAQEAAAAAAAAAAAAAAAAAAAcJ/8QAFBEBAAAAAAAA"
-                      "AAAAAAAAAAAAAP/aAA4EAQACEQMRBAAAPwA6AxVNVN//2Q==");
-// Headers of 60,000 x 60,000 and of 0 x 5 pixels with a few bytes behind them.
+// The header of 60,000 x 60,000 pixels with a few bytes behind it.
 const QByteArray hugePng =
     QByteArrayLiteral("iVBORw0KGgoAAAANSUhEUgAA6mAAAOpgAQAAAACoqUjvAAAADElEQVR4nGNgoD0AAABkAAGGZDw1AAAAAElFTkSuQmCC");
-const QByteArray emptyPng =
-    QByteArrayLiteral("iVBORw0KGgoAAAANSUhEUgAAAAAAAAAFAQAAAABDPdAMAAAADElEQVR4nGNgoD0AAABkAAGGZDw1AAAAAElFTkSuQmCC");
 // Vector graphics of 8 x 8 points with nothing in them.
 const QByteArray emptySvgz = QByteArrayLiteral(
     "H4sIAAAAAAACA7MpLktXqMjNySu2VcooKSmw0tcvLy/XKzfWyy9K1zcyMDDQB6pQUijPTCnJsFWyUFLISM1MzygBMfXtAL9Oldc+AAAA");
@@ -104,7 +94,7 @@ private Q_SLOTS:
         const QByteArray svg = R"(<?xml version="1.0"?><svg xmlns="http://www.w3.org/2000/svg" width="8" height="8"/>)";
         QTest::newRow("vector graphics") << svg;
         QTest::newRow("compressed vector graphics") << QByteArray::fromBase64(emptySvgz);
-        QTest::newRow("no pixels") << QByteArray::fromBase64(emptyPng);
+        QTest::newRow("no pixels") << TestImages::emptyPng();
         QTest::newRow("3.6 thousand million pixels") << QByteArray::fromBase64(hugePng);
     }
     void refusesWhatIsNoImage()
@@ -137,7 +127,7 @@ private Q_SLOTS:
     void decodesOddFormats_data()
     {
         addColumns<QByteArray, QSize>("data", "size");
-        QTest::newRow("CMYK jpeg") << QByteArray::fromBase64(cmykJpeg) << QSize(6, 4);
+        QTest::newRow("CMYK jpeg") << TestImages::cmykJpeg() << QSize(6, 4);
         QTest::newRow("16-bit png") << TestImages::png(sixteenBit()) << QSize(12, 8);
         QTest::newRow("16-bit grey png") << TestImages::png(sixteenBit().convertToFormat(QImage::Format_Grayscale16))
                                          << QSize(12, 8);

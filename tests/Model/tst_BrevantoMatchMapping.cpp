@@ -1,3 +1,4 @@
+#include "support/MatchKinds.h"
 #include "support/Table.h"
 
 #include "Brevanto/Model/BrevantoFields.h"
@@ -281,22 +282,10 @@ void TestBrevantoMatchMapping::everyKeyFillsItsField()
 // Whatever comes under a key, the match can be shown and comes back from an archive as it was.
 void TestBrevantoMatchMapping::everyKeyTakesEveryKind()
 {
-    const QStringList keys =
-        u"title id date description weblink author authors category app_img bg_img vid_urls aud_url commerce_url "
-        "ad_reviews_url url ph_number theme ad_rel_img image_catalouge weblinkThumb thumb_url thumbUrl tag images "
-        "imageGallery imageGalleryCaption relatedVideos relatedArticleLinks relatedAudios source display_source "
-        "position "
-        "relatedcontentcount share_url show_ads is_live title_color relatedContentIdentifiers xPercent yPercent "
-        "section "
-        "language"_s.split(u' ');
-    const QJsonArray kinds =
-        QJsonDocument::fromJson(R"([null, "", "text", ",", -1, 1e308, 9223372036854775807, true, [],
-        {}, [null], [""], ["a", 1, null, {}, []], [[[]]], [{}], [{"url": {}}], [{"url": "a"}, 1], {"url": ["a"]},
-        [{"img": 1, "caption": [], "url": null}]])")
-            .array();
-    for (const QString &key : keys) {
-        for (const auto value : kinds) {
-            const QJsonObject object{{key, value}, {u"bg_img"_s, u"ad"_s}};
+    for (const QString &key : MatchKinds::keys()) {
+        for (const auto value : MatchKinds::values()) {
+            QJsonObject object{{u"bg_img"_s, u"ad"_s}};
+            object[key] = value;
             const auto match = matchFrom(object);
             match->galleryDataSource();
             QCOMPARE(BrevantoMatchGroup::groupMatchesByAdImageUrl({match}).size(),

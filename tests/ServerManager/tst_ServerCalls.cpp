@@ -1,5 +1,6 @@
 #include "CallRecorder.h"
 #include "support/ManualClock.h"
+#include "support/MatchKinds.h"
 #include "support/MemoryWatch.h"
 #include "support/RawServer.h"
 #include "support/Table.h"
@@ -265,6 +266,20 @@ private Q_SLOTS:
         row("nested in a field",
             answer("[{\"app_img\":\"a\",\"tag\":" + QByteArray(500, '[') + QByteArray(500, ']') + "}]"),
             "completion groups [1]");
+        row("duplicate keys", R"({"status":{"code":1,"code":0},"matches":[],"matches":[{"app_img":"","app_img":"a"}]})",
+            "completion groups [1]");
+        QJsonArray matches;
+        for (const QString &key : MatchKinds::keys()) {
+            for (const auto value : MatchKinds::values()) {
+                QJsonObject match{{u"app_img"_s, u"a"_s}};
+                match[key] = value;
+                matches.append(match);
+            }
+        }
+        // What is no text or number names no ad, and what is one names another.
+        const qsizetype rest = (MatchKinds::keys().size() - 1) * MatchKinds::values().size();
+        row("every kind under every key", answer(QJsonDocument(matches).toJson()),
+            "completion groups [" + QByteArray::number(rest) + ",1,1,1,1,1,1]");
         // As much as an answer may hold, and more.
         row("many matches", list(R"({"app_img":"a"})", 200'000), "completion groups [200000]");
         row("many records",
@@ -277,6 +292,10 @@ private Q_SLOTS:
             answer("[{\"app_img\":\"a\",\"ad_rel_img\":\"" + QByteArray(8'000'000, ',') + "\"}]"), "failure nil");
         const QByteArray png = TestImages::png(TestImages::quarters({4, 2}));
         row("picture of another type", png, "failure nil", "completion image 4x2", "text/html");
+        row("picture of 16 bits", TestImages::png(TestImages::quarters({4, 2}).convertToFormat(QImage::Format_RGBA64)),
+            "failure nil", "completion image 4x2");
+        row("picture in CMYK", TestImages::cmykJpeg(), "failure nil", "completion image 6x4");
+        row("picture of no pixels", TestImages::emptyPng(), "failure nil");
         // Of a thousand pixels for each of its bytes.
         QImage large(8300, 8300, QImage::Format_RGB32);
         large.fill(Qt::white);

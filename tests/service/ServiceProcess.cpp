@@ -69,6 +69,15 @@ qint64 ServiceProcess::memory() const
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() * 4096 : 0;
 }
 
+qint64 ServiceProcess::peakMemory() const
+{
+    QFile file(u"/proc/%1/status"_s.arg(m_process.processId()));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray status = file.readAll();
+    return status.mid(status.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong() * 1024;
+}
+
 RawClient::RawClient(quint16 port)
 {
     m_socket.connectToHost(u"127.0.0.1"_s, port);
@@ -90,6 +99,13 @@ bool RawClient::trickle(const QByteArray &bytes)
         m_socket.waitForReadyRead(100);
     }
     return false;
+}
+
+void RawClient::sip()
+{
+    m_socket.setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 4096);
+    m_socket.setReadBufferSize(512);
+    m_socket.readAll();
 }
 
 bool RawClient::readMore()

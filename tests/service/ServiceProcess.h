@@ -27,8 +27,9 @@ public:
 
     bool isListening() const { return m_port != 0; }
     quint16 port() const { return m_port; }
-    /// Bytes of memory, where the system tells.
+    /// Bytes of memory, now and at the most so far, where the system tells.
     qint64 memory() const;
+    qint64 peakMemory() const;
     QString address() const { return QStringLiteral("http://127.0.0.1:%1/").arg(m_port); }
     /// Asks it to end and gives its exit code, -1 when it does not end by itself.
     int end();
@@ -47,6 +48,8 @@ public:
     void send(const QByteArray &bytes);
     /// Sends a byte every tenth of a second until the service closes the connection; whether it does so before the end.
     bool trickle(const QByteArray &bytes);
+    /// Takes a few bytes off what has been sent, and from then on leaves the rest to wait in the network.
+    void sip();
     /// The next answer; status 0 when the connection ended or nothing came in time. `isHead` expects no body.
     HttpAnswer receive(bool isHead = false);
     /// Whether the service has closed the connection, or does so in good time.

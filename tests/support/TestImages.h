@@ -17,4 +17,9 @@ QString seenIn(const QImage &image);
 QByteArray jpeg(const QImage &stored, int exifOrientation = 0);
 QByteArray png(const QImage &image);
 
+// 6 x 4 pixels in four colours.
+QByteArray cmykJpeg();
+// The header of 0 x 5 pixels with a few bytes behind it.
+QByteArray emptyPng();
+
 } // namespace TestImages
