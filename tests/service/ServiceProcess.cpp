@@ -78,8 +78,13 @@ qint64 ServiceProcess::peakMemory() const
     return status.mid(status.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong() * 1024;
 }
 
-RawClient::RawClient(quint16 port)
+RawClient::RawClient(quint16 port, bool isSlow)
 {
+    if (isSlow) {
+        m_socket.bind(QHostAddress::LocalHost);
+        m_socket.setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 4096);
+        m_socket.setReadBufferSize(512);
+    }
     m_socket.connectToHost(u"127.0.0.1"_s, port);
     m_socket.waitForConnected(patience);
 }
@@ -103,9 +108,8 @@ bool RawClient::trickle(const QByteArray &bytes)
 
 void RawClient::sip()
 {
-    m_socket.setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 4096);
-    m_socket.setReadBufferSize(512);
     m_socket.readAll();
+    m_socket.waitForReadyRead(0);
 }
 
 bool RawClient::readMore()

@@ -43,12 +43,13 @@ private:
 class RawClient
 {
 public:
-    explicit RawClient(quint16 port);
+    /// A slow one takes only what it sips.
+    explicit RawClient(quint16 port, bool isSlow = false);
 
     void send(const QByteArray &bytes);
     /// Sends a byte every tenth of a second until the service closes the connection; whether it does so before the end.
     bool trickle(const QByteArray &bytes);
-    /// Takes a few bytes off what has been sent, and from then on leaves the rest to wait in the network.
+    /// Takes a few bytes of what has been sent and leaves the rest to wait in the network.
     void sip();
     /// The next answer; status 0 when the connection ended or nothing came in time. `isHead` expects no body.
     HttpAnswer receive(bool isHead = false);
