@@ -36,7 +36,7 @@ void BrevantoAdVC::viewDidLoad()
         navigationController()->setNavigationBarHidden(false);
     m_layoutCount = 0;
     const std::shared_ptr<BrevantoMatch> first = firstMatch();
-    const QString title = first ? BrevantoFields::text(first->title()) : QString();
+    const QString title = first ? BrevantoFields::shownText(first->title()) : QString();
     BrevantoUtils::customizeNavBarFor(this, title, true, false, true);
     m_dummyPopoverView = new Platform::View(view()->bounds());
     m_dummyPopoverView->setParent(this);
@@ -107,8 +107,10 @@ void BrevantoAdVC::addHotspotsToImageView()
     const QRectF imageRect = frameForImage(m_backgroundImageView->image(), m_backgroundImageView);
     if (imageRect.isEmpty())
         return;
-    for (qint32 index = 0; index < m_matchGroup->listOfMatches().size(); ++index)
-        addHotspot(*m_matchGroup->listOfMatches().at(index), imageRect, index);
+    const BrevantoMatchList matches = m_matchGroup->listOfMatches();
+    const auto count = static_cast<qint32>(qMin(matches.size(), qsizetype(mostMarkers)));
+    for (qint32 index = 0; index < count; ++index)
+        addHotspot(*matches.at(index), imageRect, index);
 }
 
 void BrevantoAdVC::addHotspot(const BrevantoMatch &match, const QRectF &imageRect, qint32 index)
@@ -118,7 +120,7 @@ void BrevantoAdVC::addHotspot(const BrevantoMatch &match, const QRectF &imageRec
     constexpr qreal size = HotspotPlacement::markerSize;
     auto *hotspot = new BrevantoHotspotView(QRectF(center.x() - size / 2, center.y() - size / 2, size, size));
     hotspot->setTag(firstHotspotTag + index);
-    const QString title = BrevantoFields::text(match.title());
+    const QString title = BrevantoFields::shownText(match.title());
     const QString name = title.isEmpty() ? tr("Hotspot %1").arg(index + 1) : title;
     new Platform::TapRecognizer(hotspot, name, [this, hotspot](Platform::View *) { tappedOnHotSpotView(hotspot); });
     m_backgroundImageView->addSubview(hotspot);

@@ -31,6 +31,8 @@ class BrevantoAdVC : public Platform::ViewController,
 public:
     // Tag of the marker of the first match; the others follow in the order of the matches.
     static constexpr int firstHotspotTag = 11223344;
+    // Of more matches the first get a marker each. Ads have a handful.
+    static constexpr int mostMarkers = 200;
 
     // The group shown, never null: to be set, with at least one match, before the view is loaded, and not changed
     // afterwards.

@@ -111,10 +111,11 @@ QList<BrevantoPhotoGalleryVC::Item> BrevantoPhotoGalleryVC::itemsOf(const Brevan
     QList<Item> items;
     for (const QVariant &entry : entries.first(qMin(entries.size(), qsizetype(mostImages)))) {
         if (const auto product = BrevantoFields::record<BrevantoCatalogueImage>(entry)) {
-            items.append({BrevantoFields::text(product->imageURL()), BrevantoFields::text(product->captionText()),
+            items.append({BrevantoFields::text(product->imageURL()), BrevantoFields::shownText(product->captionText()),
                           BrevantoFields::text(product->buyURL())});
         } else if (const auto picture = BrevantoFields::record<BrevantoCaptionedImage>(entry)) {
-            items.append({BrevantoFields::text(picture->imageURL()), BrevantoFields::text(picture->captionText()), {}});
+            items.append(
+                {BrevantoFields::text(picture->imageURL()), BrevantoFields::shownText(picture->captionText()), {}});
         } else {
             items.append({BrevantoFields::text(entry), {}, {}});
         }

@@ -59,7 +59,7 @@ QSizeF BrevantoRecentProductsVC::sizeForItem(qreal gridWidth)
 QString BrevantoRecentProductsVC::titleForItem(int row) const
 {
     const std::shared_ptr<BrevantoMatch> match = firstMatchAt(row);
-    const QString title = match ? BrevantoFields::text(match->title()) : QString();
+    const QString title = match ? BrevantoFields::shownText(match->title()) : QString();
     return title.isEmpty() ? tr("Ad %1").arg(row + 1) : title;
 }
 

@@ -1,5 +1,7 @@
 #include "Brevanto/Model/BrevantoFields.h"
 
+#include "Platform/Foundation/ShownText.h"
+
 #include <QLocale>
 
 namespace BrevantoFields
@@ -21,6 +23,11 @@ QString text(const QVariant &field)
     default:
         return {};
     }
+}
+
+QString shownText(const QVariant &field)
+{
+    return Platform::shownText(text(field));
 }
 
 std::optional<double> number(const QVariant &field)

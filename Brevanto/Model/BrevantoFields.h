@@ -12,9 +12,12 @@
 namespace BrevantoFields
 {
 
-// The field as text to show: text as it is, a number in decimal digits, a bool as "true" or "false"; a null QString for
-// null and for what has no text (lists, objects, dates).
+// The field as text: text as it is, a number in decimal digits, a bool as "true" or "false"; a null QString for null
+// and for what has no text (lists, objects, dates).
 BREVANTO_EXPORT QString text(const QVariant &field);
+
+// The same for those who put it before the user: of an endless text only the beginning (Platform::shownText).
+BREVANTO_EXPORT QString shownText(const QVariant &field);
 
 // The field as a number; nothing for null and for every other kind, text that looks like a number included.
 BREVANTO_EXPORT std::optional<double> number(const QVariant &field);

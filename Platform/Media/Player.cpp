@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Foundation/NotificationCenter.h"
+#include "Platform/Foundation/ShownText.h"
 #include "Platform/Network/WebAddress.h"
 
 #include <QMediaMetaData>
@@ -122,7 +123,7 @@ bool Player::isSeekable() const
 QString Player::title() const
 {
     const QString title = m_player.metaData().stringValue(QMediaMetaData::Title);
-    return title.isEmpty() ? m_url.fileName() : title;
+    return shownText(title.isEmpty() ? m_url.fileName() : title);
 }
 
 void Player::statusChanged(QMediaPlayer::MediaStatus status)
