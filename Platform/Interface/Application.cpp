@@ -32,9 +32,15 @@ bool networkActivityIsShown = false;
 StatusBarStyle currentStatusBarStyle = StatusBarStyle::Default;
 URLOpener *replacement = nullptr;
 
-bool hasDigit(const QString &text)
+// Dialled with '*' and '#', a number would be an order to the network: to forward all calls, for one. A '%' that is
+// left once the number is decoded may stand for one of them.
+bool isTelephoneNumber(const QUrl &url)
 {
-    return std::any_of(text.begin(), text.end(), [](QChar character) { return character.isDigit(); });
+    if (!url.host().isEmpty() || url.hasQuery() || url.hasFragment())
+        return false;
+    const QString number = url.path(QUrl::FullyDecoded);
+    return std::ranges::any_of(number, [](QChar character) { return character.isDigit(); })
+        && std::ranges::none_of(number, [](QChar character) { return QStringView(u"*#%").contains(character); });
 }
 
 class SystemOpener final : public URLOpener
@@ -99,11 +105,7 @@ void setURLOpener(URLOpener *opener)
 bool canOpenURL(const QUrl &url)
 {
     const QString scheme = url.scheme();
-    bool isAddressed = false;
-    if (scheme == QStringLiteral("tel"))
-        isAddressed = url.host().isEmpty() && hasDigit(url.path());
-    else
-        isAddressed = isWebAddress(url);
+    const bool isAddressed = scheme == QStringLiteral("tel") ? isTelephoneNumber(url) : isWebAddress(url);
     return url.isValid() && isAddressed && urlOpener().canOpen(url);
 }
 

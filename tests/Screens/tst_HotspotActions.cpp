@@ -109,6 +109,11 @@ private Q_SLOTS:
         QTest::newRow("letters alone") << QVariant(u"call me"_s) << QString();
         QTest::newRow("blanks") << QVariant(u"555 12 34"_s) << u"tel:555 12 34"_s;
         QTest::newRow("another scheme") << QVariant(u"//host/file:///etc/passwd"_s) << QString();
+        QTest::newRow("forwards calls") << QVariant(u"**21*900123#"_s) << QString();
+        QTest::newRow("forwards calls, encoded") << QVariant(u"%2A%2A21%2a900123%23"_s) << QString();
+        QTest::newRow("encoded twice") << QVariant(u"900123%252321"_s) << QString();
+        QTest::newRow("hides the caller") << QVariant(u"*31900123"_s) << QString();
+        QTest::newRow("in a query") << QVariant(u"900123?%2321"_s) << QString();
         QTest::newRow("garbage") << QVariant(u"%zz[:"_s) << QString();
     }
     void callsOnlyWhatCanBeCalled()
