@@ -67,7 +67,7 @@ void BrevantoWebVC::viewDidLoad()
     view()->addSubview(m_webview);
     if (m_urlString.isNull()) {
         m_webview->loadHtml(m_htmlString);
-    } else if (isYoutube()) {
+    } else if (isYoutube() && Platform::WebView::isLoadable(QUrl(m_urlString))) {
         m_youtubeHtmlString = youtubePage();
         m_webview->loadHtml(m_youtubeHtmlString);
     } else {
@@ -126,6 +126,9 @@ QString BrevantoWebVC::youtubePage() const
 {
     QString address = m_urlString;
     address.replace(QLatin1StringView("watch?v="), QLatin1StringView("v/"), Qt::CaseInsensitive);
+    // Not part of any address as it should be; in the page they would end the attribute and begin another element.
+    for (const char16_t character : {u'"', u'<', u'>'})
+        address.replace(QChar(character), QString::fromLatin1(QUrl::toPercentEncoding(QString(QChar(character)))));
     const QSizeF size = m_webview->frame().size();
     QString page;
     page += QLatin1StringView("<html><head>");
