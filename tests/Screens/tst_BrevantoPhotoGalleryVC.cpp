@@ -78,7 +78,7 @@ private Q_SLOTS:
         };
         const QString link = u"http://127.0.0.1:9/shop"_s;
         const QString markup = u"<b>Blue</b> & <i>white</i> 🫖"_s;
-        const QString endless(2000, u'W');
+        const QString endless(1024 * 1024, u'W');
         const QVariantList five(5, u"/2"_s);
         row("the catalogue hides the gallery", QVariantList(3, product(u"/1"_s, u"Teapot"_s, link)), five, u"Teapot"_s,
             true);
@@ -87,7 +87,7 @@ private Q_SLOTS:
         row("no images", {}, {});
         row("captioned image", {}, {captioned(u"/1"_s, u"  Two<BR/><br>lines "_s)}, u"Two\nlines"_s);
         row("markup and emoji are text", {product(u"/1"_s, markup)}, {}, markup);
-        row("endless caption", {product(u"/1"_s, endless, link)}, {}, endless, true);
+        row("endless caption", {product(u"/1"_s, endless, link)}, {}, endless.first(1000), true);
         row("blank caption, no link", {product(u"/1"_s, u" \n\t "_s)}, {});
         row("missing image", {product(u"/missing"_s, u"Teapot"_s, link)}, {}, {}, false, true);
         row("image that does not decode", {product(u"/broken"_s, u"Teapot"_s, link)}, {}, {}, false, true);
@@ -259,11 +259,33 @@ private Q_SLOTS:
         QTRY_COMPARE(pageInSight(), 2);
     }
 
-    void survivesClosingWhileImagesAreOnTheirWay()
+    void closesAtAnyStage_data()
     {
-        m_server->setAnswer(RawServer::Answer::stall());
-        open({}, pictures(20), {}, false);
+        addColumns<RawServer::Stage, QString>("stage", "moving");
+        QTest::newRow("no answer") << RawServer::Stage::Nothing << QString();
+        QTest::newRow("head") << RawServer::Stage::Head << QString();
+        QTest::newRow("half images") << RawServer::Stage::HalfBody << QString();
+        QTest::newRow("a page turns") << RawServer::Stage::Everything << u"page"_s;
+        QTest::newRow("a picture grows") << RawServer::Stage::Everything << u"zoom"_s;
+    }
+    void closesAtAnyStage()
+    {
+        QFETCH(RawServer::Stage, stage);
+        QFETCH(QString, moving);
+        m_server->setHandler([stage](const RawServer::Request &request) {
+            RawServer::Answer answer = picture(request);
+            answer.stage = stage;
+            return answer;
+        });
+        open({}, pictures(20), {}, !moving.isEmpty());
         QTRY_VERIFY(m_server->requestCount() > 0);
+        if (moving == u"page"_s) {
+            m_window->tap(m_screen->nextButton());
+            QTRY_COMPARE(pageInSight(), -1);
+        } else if (moving == u"zoom"_s) {
+            QTRY_VERIFY(imageView(0)->isShowingImage());
+            QTest::keyClick(m_window->window(), Qt::Key_Plus);
+        }
         m_screen->navBarBackButtonAction();
         QTRY_VERIFY(!m_screen);
         const int asked = m_server->requestCount();

@@ -229,11 +229,30 @@ private Q_SLOTS:
         }
     }
 
-    void survivesLeavingWhileImagesAreOnTheirWay()
+    void closesAtAnyStage_data()
     {
-        m_server->setAnswer(RawServer::Answer::stall());
-        openOn(groups(4), false);
+        addColumns<RawServer::Stage, bool>("stage", "isMoving");
+        QTest::newRow("no answer") << RawServer::Stage::Nothing << false;
+        QTest::newRow("half images") << RawServer::Stage::HalfBody << false;
+        QTest::newRow("the grid moves") << RawServer::Stage::Everything << true;
+    }
+    void closesAtAnyStage()
+    {
+        QFETCH(RawServer::Stage, stage);
+        m_server->setHandler([stage](const RawServer::Request &request) {
+            RawServer::Answer answer = picture(request);
+            answer.stage = stage;
+            return answer;
+        });
+        openOn(groups(40), stage == RawServer::Stage::Everything);
         QTRY_VERIFY(m_server->requestCount() > 0);
+        const auto isUnderWay = [this] {
+            QFETCH(bool, isMoving);
+            if (isMoving)
+                m_window->fling({195, 700}, {195, 300});
+            return isMoving == this->isMoving();
+        };
+        QTRY_VERIFY(isUnderWay());
         m_screen->navBarBackButtonAction();
         QTRY_VERIFY(!m_screen);
         m_server->setHandler(picture);
