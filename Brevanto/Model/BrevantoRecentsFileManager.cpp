@@ -87,15 +87,21 @@ void removeLeftovers(const QString &path)
     }
 }
 
-// Puts `group` at the front, or in its stead the first stored one with the same ad image address.
+bool isTooLarge(const KeyedArchiveList::Element &group)
+{
+    return group.bytes.size() > BrevantoRecentsFileManager::largestGroup;
+}
+
+// Puts `group`, unless it is too large, at the front, or in its stead the first stored one with the same ad image
+// address.
 void bringToFront(Elements &stored, const KeyedArchiveList::Element &group)
 {
     const auto known = std::ranges::find_if(
         stored, [&group](const auto &candidate) { return group.text && candidate.text == group.text; });
-    if (known == stored.end())
-        stored.insert(stored.begin(), group);
-    else
+    if (known != stored.end())
         std::rotate(stored.begin(), known, known + 1);
+    else if (!isTooLarge(group))
+        stored.insert(stored.begin(), group);
 }
 
 } // namespace
@@ -128,6 +134,8 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
         for (const KeyedArchiveList::Element &group : elements)
             bringToFront(stored, group);
         elements = std::move(stored);
+    } else {
+        std::erase_if(elements, isTooLarge);
     }
 
     removeLeftovers(path);

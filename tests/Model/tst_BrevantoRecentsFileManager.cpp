@@ -157,6 +157,10 @@ private Q_SLOTS:
             {u"4:a"_s, u"5:a"_s, u"1:a"_s});
         row("addresses are exact", {{u"a:a"_s}, {u"A:a"_s}, {u"a/:a"_s}, {u"\u00e4:a"_s}, {u"a\u0308:a"_s}, {u"A:b"_s}},
             {u"A:a"_s, u"a\u0308:a"_s, u"\u00e4:a"_s, u"a/:a"_s, u"a:a"_s});
+        const QString large(256 * 1024, u'x');
+        row("too large, at first", {{u"1:"_s + large, u"2:a"_s}}, {u"2:a"_s});
+        row("too large, later", {{u"1:a"_s}, {u"2:"_s + large, u"3:a"_s}}, {u"3:a"_s, u"1:a"_s});
+        row("too large, but known", {{u"1:a"_s, u"2:a"_s}, {u"2:"_s + large}}, {u"2:a"_s, u"1:a"_s});
         row("no address is never the same", {{u"null:a"_s}, {u"null:b"_s}, {u":a"_s}, {u":b"_s}},
             {u":a"_s, u":b"_s, u":a"_s});
     }
