@@ -1,5 +1,6 @@
 #include "Screens/ScreenTest.h"
 #include "support/ManualClock.h"
+#include "support/MemoryWatch.h"
 #include "support/Table.h"
 
 #include "Brevanto/BrevantoAdVC.h"
@@ -9,7 +10,11 @@
 #include <QAccessible>
 #include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -48,6 +53,12 @@ RawServer::Answer answer(const RawServer::Request &request)
     return answer;
 }
 
+// The body again and again.
+RawServer::Answer endless(const QByteArray &body)
+{
+    return {.body = body, .head = "HTTP/1.1 200 OK\r\n\r\n", .then = RawServer::Then::Repeat};
+}
+
 } // namespace
 
 class tst_PlayerViewController : public ScreenTest
@@ -57,6 +68,8 @@ class tst_PlayerViewController : public ScreenTest
 private Q_SLOTS:
     void init()
     {
+        // As hosts are told to: with these, which not all machines have, playlists lead to files.
+        qputenv("GST_PLUGIN_FEATURE_RANK", "hlsdemux:NONE,dashdemux:NONE,mssdemux:NONE");
         ScreenTest::init();
         m_server->setHandler(answer);
         openWindow();
@@ -157,6 +170,7 @@ private Q_SLOTS:
         const QString loading = u"It could not be loaded."_s;
         QTest::newRow("missing") << u"/none.webm"_s << loading;
         QTest::newRow("does not decode") << u"/../make-media"_s << QString();
+        QTest::newRow("does not decode, and does not end") << u"/endless"_s << QString();
         QTest::newRow("nobody answers") << u"http://127.0.0.1:9/clip.webm"_s << loading;
         QTest::newRow("a file of the device") << QStringLiteral("file://" CLIPS "/velkesta-ride.mp4") << address;
         QTest::newRow("unknown scheme") << u"rtsp://127.0.0.1/clip"_s << address;
@@ -167,6 +181,8 @@ private Q_SLOTS:
         QFETCH(QString, address);
         QFETCH(QString, text);
         m_server->setHandler([](const RawServer::Request &request) {
+            if (request.target == "/endless")
+                return endless(QByteArray("no clip ").repeated(5000));
             return request.target.endsWith("make-media")
                 ? RawServer::Answer{.body = QByteArray("no clip ").repeated(5000)}
                 : RawServer::Answer{.status = 404};
@@ -181,6 +197,69 @@ private Q_SLOTS:
         // Nothing goes on playing behind the text.
         QCoreApplication::processEvents();
         QVERIFY(!QSignalSpy(shown()->player(), &Platform::Player::positionChanged).wait(300));
+        m_window->tap(item(u"closeButton"_s));
+        QTRY_VERIFY(!shown());
+        QTRY_VERIFY(m_ad->isVisible());
+    }
+
+    void readsNoLocalFile_data()
+    {
+        addColumns<RawServer::Answer>("clip"); // "%1" stands for the file's address
+        const auto playlist = [](const QByteArray &type, const QByteArray &body) {
+            return RawServer::Answer{.headers = {{"Content-Type", type}}, .body = body};
+        };
+        const QByteArray hls = "application/vnd.apple.mpegurl";
+        QTest::newRow("redirect") << RawServer::Answer::redirect("%1");
+        QTest::newRow("list") << playlist("audio/x-mpegurl", "#EXTM3U\n#EXTINF:9,x\n%1\n");
+        QTest::newRow("addresses") << playlist("text/uri-list", "%1\r\n");
+        QTest::newRow("stream") << playlist(hls, "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n%1\n#EXT-X-ENDLIST\n");
+        QTest::newRow("stream's key") << playlist(hls,
+                                                  "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXT-X-KEY:METHOD=AES-128,"
+                                                  "URI=\"%1\"\n#EXTINF:9,\n/a.ts\n#EXT-X-ENDLIST\n");
+        QTest::newRow("stream of streams")
+            << playlist(hls, "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=99999,CODECS=\"mp4a.40.2\"\n%1\n");
+        QTest::newRow("manifest") << playlist(
+            "application/dash+xml",
+            "<?xml version=\"1.0\"?><MPD xmlns=\"urn:mpeg:dash:schema:mpd:2011\" type=\"static\" "
+            "mediaPresentationDuration=\"PT9S\" minBufferTime=\"PT1S\" "
+            "profiles=\"urn:mpeg:dash:profile:isoff-on-demand:2011\"><Period><AdaptationSet "
+            "mimeType=\"video/mp4\"><Representation id=\"1\" bandwidth=\"99999\" codecs=\"avc1.4d401f\" "
+            "width=\"90\" height=\"90\"><BaseURL>%1</BaseURL><SegmentList duration=\"9\">"
+            "<SegmentURL media=\"%1\"/></SegmentList></Representation></AdaptationSet></Period></MPD>");
+    }
+    // What a server names in place of a clip, or within it.
+    void readsNoLocalFile()
+    {
+        QFETCH(RawServer::Answer, clip);
+        // Whoever opens a pipe waits for a writer, and one that comes finds the reader.
+        QTemporaryDir folder;
+        const QByteArray pipe = QFile::encodeName(folder.filePath(u"pipe.ts"_s));
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        clip.body.replace("%1", "file://" + pipe);
+        for (auto &[name, value] : clip.headers)
+            value.replace("%1", "file://" + pipe);
+        m_server->setHandler([clip](const RawServer::Request &request) {
+            return request.target == "/clip" ? clip : RawServer::Answer{.status = 404};
+        });
+        m_ad->openAvPlayerControllerWithUrl(m_server->url(u"/clip"_s));
+        int writer = -1;
+        const auto isRead = [&] { return (writer = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK)) >= 0; };
+        QVERIFY(QTest::qWaitFor([&] { return isRead() || isSeen(u"playerError"_s); }, 20000));
+        if (writer >= 0)
+            ::close(writer); // the reader meets the end of its file
+        QCOMPARE(writer, -1);
+    }
+
+    void holdsLittleOfAnEndlessClip()
+    {
+        QByteArray sound = clip(u"nattlund-theme.wav"_s);
+        sound.replace(sound.indexOf("data") + 4, 4, "\xff\xff\xff\x7f"); // its size
+        m_server->setAnswer(endless(sound));
+        const MemoryWatch memory;
+        m_ad->openAvPlayerControllerWithUrl(m_server->url(u"/sound.wav"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(shown()->player()->position() > 3000, 30000);
+        QVERIFY2(m_server->sentSize() < 32 * MemoryWatch::mebibyte, QByteArray::number(m_server->sentSize()));
+        QVERIFY2(memory.growth() < 128 * MemoryWatch::mebibyte, QByteArray::number(memory.growth()));
         m_window->tap(item(u"closeButton"_s));
         QTRY_VERIFY(!shown());
         QTRY_VERIFY(m_ad->isVisible());
