@@ -1,5 +1,7 @@
 #include "Platform/Graphics/Image.h"
 
+#include "Platform/Graphics/EncodedImage.h"
+#include "Platform/Graphics/InterruptibleBuffer.h"
 #include "Platform/Graphics/PixelOrientation.h"
 
 #include <QBuffer>
@@ -8,7 +10,9 @@
 #include <QImageReader>
 #include <QImageWriter>
 
+#include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <memory>
 #include <mutex>
 
@@ -18,25 +22,9 @@ namespace Platform
 namespace
 {
 
-bool isAcceptable(const QSize &size)
+bool isAcceptable(const QSize &size, qint64 largestCount = Image::largestPixelCount)
 {
-    return !size.isEmpty() && qint64(size.width()) * size.height() <= Image::largestPixelCount;
-}
-
-// The raster format that the first bytes are a sign of; empty when there is none.
-QByteArray rasterFormat(const QByteArray &data)
-{
-    if (data.startsWith("\xff\xd8\xff"))
-        return "jpeg";
-    if (data.startsWith("\x89PNG\r\n"))
-        return "png";
-    if (data.startsWith("GIF8"))
-        return "gif";
-    if (data.startsWith("RIFF") && data.size() > 12 && QByteArrayView(data).sliced(8).startsWith("WEBP"))
-        return "webp";
-    if (data.startsWith("BM"))
-        return "bmp";
-    return {};
+    return !size.isEmpty() && qint64(size.width()) * size.height() <= largestCount;
 }
 
 ImageOrientation orientationOf(QImageIOHandler::Transformations transformation)
@@ -59,6 +47,17 @@ ImageOrientation orientationOf(QImageIOHandler::Transformations transformation)
     default:
         return ImageOrientation::Up;
     }
+}
+
+// What a JPEG decoder is to give when a picture of `size` is wanted: it shrinks to eighths while it reads, the less
+// shrunk side deciding. Of a very long picture that would be nearly all.
+QSize readSize(const QSize &stored, const QSize &size)
+{
+    const qreal shrinking = std::min(qreal(stored.width()) / size.width(), qreal(stored.height()) / size.height());
+    const qreal largest = std::sqrt(qreal(Image::largestWholePixelCount) / (qreal(stored.width()) * stored.height()));
+    const int wanted = std::clamp(int(std::ceil(8 / shrinking)), 1, 8);
+    const int eighths = std::clamp(int(8 * largest), 1, 8);
+    return wanted <= eighths ? size : (stored * eighths / 8).expandedTo({1, 1});
 }
 
 // Pixels laid over black, which is what a format without transparency shows of them.
@@ -132,8 +131,10 @@ Image::Image(const QImage &bitmap, qreal scale, ImageOrientation orientation)
 
 Image Image::withData(const QByteArray &data)
 {
-    const QByteArray format = rasterFormat(data);
-    return format.isEmpty() ? Image() : withEncoded(data, format);
+    const EncodedImage encoded = EncodedImage::from(data);
+    if (encoded.format.isEmpty())
+        return {};
+    return withEncoded(encoded.bytes, encoded.format, encoded.isReadWhole ? largestWholePixelCount : largestPixelCount);
 }
 
 Image Image::withContentsOfFile(const QString &path)
@@ -141,17 +142,17 @@ Image Image::withContentsOfFile(const QString &path)
     QFile file(path);
     if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
-    return withEncoded(file.readAll(), {});
+    return withEncoded(file.readAll(), {}, largestPixelCount);
 }
 
-Image Image::withEncoded(const QByteArray &data, const QByteArray &format)
+Image Image::withEncoded(const QByteArray &data, const QByteArray &format, qint64 largestCount)
 {
     QBuffer buffer;
     buffer.setData(data);
     QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(format.isEmpty());
     const QSize size = reader.size();
-    if (!isAcceptable(size))
+    if (!isAcceptable(size, largestCount))
         return {};
 
     Image image;
@@ -189,7 +190,7 @@ qint64 Image::byteCount() const
     return d ? d->encoded.size() + d->decoded.sizeInBytes() : 0;
 }
 
-QImage Image::bitmap(const QSize &size) const
+QImage Image::bitmap(const QSize &size, const GoesOn &goesOn) const
 {
     if (!d || (size.isValid() && !isAcceptable(size)))
         return {};
@@ -197,19 +198,24 @@ QImage Image::bitmap(const QSize &size) const
     if (!d->decoded.isNull())
         return scaled ? d->decoded.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) : d->decoded;
 
-    QBuffer buffer;
-    buffer.setData(d->encoded);
+    InterruptibleBuffer buffer(d->encoded, goesOn);
     QImageReader reader(&buffer, d->format);
     reader.setAutoDetectImageFormat(d->format.isEmpty());
     if (scaled)
-        reader.setScaledSize(size);
-    return reader.read();
+        reader.setScaledSize(d->format == "jpeg" ? readSize(d->size, size) : size);
+    QImage image = reader.read();
+    // What came until then looks like an image.
+    if (buffer.isInterrupted())
+        return {};
+    if (scaled && !image.isNull() && image.size() != size)
+        image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return image;
 }
 
-QImage Image::upright(const QSize &size) const
+QImage Image::upright(const QSize &size, const GoesOn &goesOn) const
 {
     const PixelOrientation orientation = PixelOrientation::uprightFrom(this->orientation());
-    return orientation.apply(bitmap(size.isValid() ? orientation.apply(size) : size));
+    return orientation.apply(bitmap(size.isValid() ? orientation.apply(size) : size, goesOn));
 }
 
 QByteArray Image::jpegData(qreal quality) const

@@ -8,6 +8,8 @@
 #include <QSizeF>
 #include <QString>
 
+#include <functional>
+
 namespace Platform
 {
 
@@ -22,13 +24,19 @@ class BREVANTO_EXPORT Image
 public:
     // No encoded image and no decoding has more pixels: decoding time grows with what a header promises.
     static constexpr qint64 largestPixelCount = 200'000'000;
+    // Nor has an image from anywhere whose decoder keeps all pixels, however small it is drawn: each but a JPEG that
+    // comes from top to bottom.
+    static constexpr qint64 largestWholePixelCount = 12'000'000;
+
+    // Asked by a decoding before each piece that it reads; false ends it with a null image.
+    using GoesOn = std::function<bool()>;
 
     Image() = default;
     // An image over pixels that are decoded already.
     explicit Image(const QImage &bitmap, qreal scale = 1.0, ImageOrientation orientation = ImageOrientation::Up);
 
     // The image in encoded bytes from anywhere: JPEG, PNG, GIF, WebP or BMP. Null when the bytes are something else, or
-    // when the image has no pixels or more than largestPixelCount. Reads the header only.
+    // when the image has no pixels or too many. Keeps what decoding needs of the bytes and reads the header only.
     static Image withData(const QByteArray &data);
     // The image in a file or resource of one's own; null when there is none. It may be of any format that Qt reads,
     // vector graphics too, whose drawing takes time and memory beyond measure and may open further files.
@@ -51,9 +59,9 @@ public:
     // The stored pixels, orientation not applied; decoded at `size` pixels when one is given (aspect ratio not kept).
     // Null when the bytes do not decode. Qt's allocation limit (QImageReader) holds: a very large image decodes only
     // when a smaller size is given. Nothing is kept: each call decodes anew.
-    QImage bitmap(const QSize &size = {}) const;
+    QImage bitmap(const QSize &size = {}, const GoesOn &goesOn = {}) const;
     // The upright pixels, decoded at `size` pixels when one is given.
-    QImage upright(const QSize &size = {}) const;
+    QImage upright(const QSize &size = {}, const GoesOn &goesOn = {}) const;
 
     // JPEG bytes of the upright image, quality from 0.0 (smallest) to 1.0; a grey bitmap gives a grey JPEG.
     // Transparency is laid over black. Empty on failure.
@@ -69,7 +77,7 @@ public:
 
 private:
     struct Data;
-    static Image withEncoded(const QByteArray &data, const QByteArray &format);
+    static Image withEncoded(const QByteArray &data, const QByteArray &format, qint64 largestCount);
     QSharedPointer<Data> d;
 };
 

@@ -2,10 +2,12 @@
 
 #include "Platform/Foundation/Handover.h"
 
+#include <QDeadlineTimer>
 #include <QMutex>
 #include <QPainter>
 
 #include <atomic>
+#include <cmath>
 #include <semaphore>
 
 namespace Platform
@@ -25,8 +27,20 @@ QImage tinted(const QImage &picture, const QColor &color)
     return result;
 }
 
-// One picture on its way from its bytes to the screen. A view that has gone meanwhile gets none: bytes that wait for
-// their turn are not decoded.
+// No picture takes longer to decode, and none that a view shows has more pixels: a long one that fills a view, the most
+// of it outside, would.
+constexpr qint64 longestDecoding = 10'000; // milliseconds
+constexpr qint64 largestDrawing = Image::largestWholePixelCount;
+
+QSize drawnSize(const Image &image, const QSize &requested)
+{
+    const QSize size = requested.isValid() ? requested : image.size().toSize();
+    const qreal pixels = qreal(size.width()) * size.height();
+    return pixels <= largestDrawing ? size
+                                    : (QSizeF(size) * std::sqrt(largestDrawing / pixels)).toSize().expandedTo({1, 1});
+}
+
+// One picture on its way from its bytes to the screen. A view that has gone meanwhile gets none: its decoding ends.
 class Decoding final : public QQuickImageResponse
 {
 public:
@@ -34,7 +48,9 @@ public:
     {
         startInPool(pool, [this, image, size, tintColor] {
             if (!m_isCancelled) {
-                const QImage decoded = tinted(image.upright(size), tintColor);
+                const QDeadlineTimer deadline(longestDecoding);
+                const auto goesOn = [this, &deadline] { return !m_isCancelled && !deadline.hasExpired(); };
+                const QImage decoded = tinted(image.upright(drawnSize(image, size), goesOn), tintColor);
                 const QMutexLocker lock(&m_mutex);
                 m_picture = decoded;
             }
@@ -43,7 +59,11 @@ public:
         });
     }
     // The pool's thread must be through with this object.
-    ~Decoding() override { m_isOver.acquire(); }
+    ~Decoding() override
+    {
+        m_isCancelled = true;
+        m_isOver.acquire();
+    }
 
     void cancel() override { m_isCancelled = true; }
     QQuickTextureFactory *textureFactory() const override
@@ -99,6 +119,11 @@ QImage blurred(QImage picture, int reach)
 }
 
 } // namespace
+
+ImageProvider::ImageProvider()
+{
+    m_pool.setMaxThreadCount(1);
+}
 
 QString ImageProvider::name()
 {

@@ -10,10 +10,12 @@
 namespace Platform
 {
 
-// Gives the scenes of SceneEngine the platform's images under image://, decoded off the main thread at the size drawn.
+// Gives the scenes of SceneEngine the platform's images under image://, decoded off the main thread at the size drawn,
+// one after the other so that memory is taken for one only.
 class ImageProvider final : public QQuickAsyncImageProvider
 {
 public:
+    ImageProvider();
     static QString name();
     // Address of `image` for a scene, good while a copy of it lives; empty for a null image. With a colour, the image's
     // shape is shown in that colour.

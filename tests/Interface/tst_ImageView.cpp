@@ -1,3 +1,5 @@
+#include "support/ImageBombs.h"
+#include "support/MemoryWatch.h"
 #include "support/Table.h"
 #include "support/TestImages.h"
 #include "support/TestWindow.h"
@@ -82,6 +84,30 @@ private Q_SLOTS:
         QTRY_COMPARE(seen({0, 0, 100, 100}), u"grwb"_s);
         view->setImage({});
         QTRY_COMPARE(m_window->grab().pixelColor(50, 50), m_window->window()->color());
+    }
+
+    // Pictures are decoded one after the other; the first of these would take minutes.
+    void isNotHeldUpByAPictureThatNobodySees()
+    {
+        ImageView *endless = add({0, 0, 100, 100});
+        endless->setImage(Image::withData(ImageBombs::gifThatNeverEnds(4'000'000)));
+        ImageView *view = add({0, 0, 100, 100});
+        view->setImage(Image::withData(TestImages::png(TestImages::quarters({64, 64}))));
+        QTest::qWait(50);
+        QVERIFY(!view->isShowingImage());
+        delete endless;
+        QTRY_VERIFY(view->isShowingImage());
+    }
+
+    void showsTheMiddleOfALongImage()
+    {
+        ImageView *view = add({0, 0, 200, 200});
+        view->setContentMode(ContentMode::ScaleAspectFill);
+        // Filling the view it would have hundreds of millions of pixels.
+        view->setImage(Image::withData(TestImages::png(TestImages::quarters({200'000, 8}))));
+        MemoryWatch memory;
+        QTRY_VERIFY(view->isShowingImage());
+        QVERIFY2(memory.growth() < 256 * MemoryWatch::mebibyte, QByteArray::number(memory.growth()));
     }
 
     void showsNothingWithoutAnImage()

@@ -342,7 +342,11 @@ private Q_SLOTS:
         constexpr qint64 mebibyte = 1024 * 1024;
         m_server->setHandler([](const RawServer::Request &request) {
             RawServer::Answer answer = picture(request);
-            answer.body = answer.body.leftJustified(15 * mebibyte, '\0');
+            const QImage image = QImage::fromData(answer.body);
+            if (!image.isNull()) {
+                answer.body = TestImages::jpeg(image);
+                answer.body.insert(answer.body.size() - 2, QByteArray(15 * mebibyte, '\0'));
+            }
             return answer;
         });
         const auto held = [this] {

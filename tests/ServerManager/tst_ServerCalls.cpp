@@ -1,4 +1,5 @@
 #include "CallRecorder.h"
+#include "support/ImageBombs.h"
 #include "support/ManualClock.h"
 #include "support/MatchKinds.h"
 #include "support/MemoryWatch.h"
@@ -296,10 +297,8 @@ private Q_SLOTS:
             "failure nil", "completion image 4x2");
         row("picture in CMYK", TestImages::cmykJpeg(), "failure nil", "completion image 6x4");
         row("picture of no pixels", TestImages::emptyPng(), "failure nil");
-        // Of a thousand pixels for each of its bytes.
-        QImage large(8300, 8300, QImage::Format_RGB32);
-        large.fill(Qt::white);
-        row("picture that unpacks to 276 MB", TestImages::png(large), "failure nil", "completion image 8300x8300");
+        row("picture whose texts unpack to gigabytes", ImageBombs::pngWithTexts(900, false), "failure nil",
+            "completion image 32x16");
         row("bytes that unpack to 100 MB", qCompress(QByteArray(100'000'000, ' ')).sliced(4), "failure nil",
             "failure nil", "application/json\r\nContent-Encoding: deflate");
     }
