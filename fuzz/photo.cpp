@@ -16,5 +16,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const Platform::Image sent = Platform::Image::withData(upload);
     const qreal width = sent.size().width();
     require(width == 480 || width == 640, "an upload is as wide as the service expects");
+    require(sent.size().height() <= 16384, "an upload is no higher than the service reads");
     return 0;
 }

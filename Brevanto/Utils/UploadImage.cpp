@@ -9,6 +9,8 @@ namespace
 
 constexpr qreal portraitWidth = 480;
 constexpr qreal landscapeWidth = 640;
+// No camera takes such a photo, and what reads it on the other side need not.
+constexpr qreal largestHeight = 16384;
 constexpr qreal quality = 0.0;
 
 QSizeF uploadSize(const QSizeF &photo)
@@ -23,6 +25,9 @@ QByteArray uploadData(const Platform::Image &photo)
 {
     if (photo.isNull())
         return {};
-    const Platform::Image scaled = scale::scaleToSize(photo, uploadSize(photo.size()));
+    const QSizeF size = uploadSize(photo.size());
+    if (size.height() > largestHeight)
+        return {};
+    const Platform::Image scaled = scale::scaleToSize(photo, size);
     return scale::convertImageToGrayScale(scaled).jpegData(quality);
 }
