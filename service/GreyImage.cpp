@@ -41,4 +41,17 @@ GreyImage readGreyImage(const QByteArray &bytes)
     return {view.clone(), {}};
 }
 
+GreyImage readPhoto(const QByteArray &bytes)
+{
+    // A scan takes as long as the photo is large, and each comment as long as all before it. Cameras write few of
+    // either; pixels never look like these.
+    constexpr qsizetype mostScans = 64;
+    constexpr qsizetype mostComments = 256;
+    if (!bytes.startsWith("\xff\xd8\xff"))
+        return faulty("The photo is no JPEG image");
+    if (bytes.count("\xff\xda") > mostScans || bytes.count("\xff\xfe") > mostComments)
+        return faulty("The photo has too many parts");
+    return readGreyImage(bytes);
+}
+
 } // namespace MatchService

@@ -15,7 +15,10 @@ struct GreyImage {
     QString fault;
 };
 
-/// Decodes a JPEG or PNG. One with more pixels than phones take is refused by its header, before memory is spent on it.
+/// Decodes a JPEG or PNG of one's own. One with more pixels than phones take is refused by its header, before memory is
+/// spent on it.
 GreyImage readGreyImage(const QByteArray &bytes);
+/// Decodes a JPEG from anywhere. Refuses, beyond that, what would take memory or time out of proportion to its size.
+GreyImage readPhoto(const QByteArray &bytes);
 
 } // namespace MatchService

@@ -143,7 +143,7 @@ HttpResponse Service::upload(const HttpRequest &request)
     timer.start();
     m_cores->acquire();
     const QSemaphoreReleaser turn(m_cores.get());
-    const GreyImage photo = readGreyImage(body.photo);
+    const GreyImage photo = readPhoto(body.photo);
     if (!photo.fault.isNull())
         return refusal(400, photo.fault);
     const auto found = m_recognizer.recognize(photo.pixels);

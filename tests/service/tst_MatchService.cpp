@@ -1,5 +1,6 @@
 // The service as its clients meet it: a real process, real sockets, well-behaved and hostile requests.
 
+#include "support/ImageBombs.h"
 #include "support/MemoryWatch.h"
 #include "support/Table.h"
 #include "support/TestImages.h"
@@ -99,6 +100,10 @@ private Q_SLOTS:
         QByteArray bomb = m_photo;
         bomb.replace(bomb.indexOf("\xff\xc0") + 5, 4, "\xea\x60\xea\x60");
         QTest::newRow("huge dimensions") << uploadRequest(uploadBody(bomb));
+        QTest::newRow("no JPEG") << uploadRequest(uploadBody(ImageBombs::pngWithTexts(100, false)));
+        QTest::newRow("comments without end")
+            << uploadRequest(uploadBody(ImageBombs::jpegWithComments(1'000'000, false)));
+        QTest::newRow("scans without end") << uploadRequest(uploadBody(ImageBombs::jpegOfScans(2000, 10'000)));
     }
     void refusesBadUploads()
     {
