@@ -91,10 +91,9 @@ private Q_SLOTS:
     {
         ImageView *endless = add({0, 0, 100, 100});
         endless->setImage(Image::withData(ImageBombs::gifThatNeverEnds(4'000'000)));
+        QTest::qWait(50);
         ImageView *view = add({0, 0, 100, 100});
         view->setImage(Image::withData(TestImages::png(TestImages::quarters({64, 64}))));
-        QTest::qWait(50);
-        QVERIFY(!view->isShowingImage());
         delete endless;
         QTRY_VERIFY(view->isShowingImage());
     }
