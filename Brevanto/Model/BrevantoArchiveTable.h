@@ -12,15 +12,15 @@ struct BrevantoArchiveEntry {
     int field;
 };
 
-template <class Table>
-void encodeWithTable(const Table &table, const BrevantoFieldValues &fields, Platform::KeyedArchiver &coder)
+template <class Table, class FieldValues>
+void encodeWithTable(const Table &table, const FieldValues &fields, Platform::KeyedArchiver &coder)
 {
     for (const BrevantoArchiveEntry &entry : table)
         coder.encodeObject(fields.value(entry.field), entry.key);
 }
 
-template <class Table>
-void initWithTable(const Table &table, BrevantoFieldValues &fields, Platform::KeyedUnarchiver &coder)
+template <class Table, class FieldValues>
+void initWithTable(const Table &table, FieldValues &fields, Platform::KeyedUnarchiver &coder)
 {
     for (const BrevantoArchiveEntry &entry : table)
         fields.setValue(entry.field, coder.decodeObjectForKey(entry.key));

@@ -24,7 +24,7 @@ public:
 
 private:
     struct Archive;
-    enum { imageURLField, captionTextField };
+    enum { imageURLField, captionTextField, fieldCount };
 
-    BrevantoFieldValues m_fields;
+    BrevantoFewFieldValues<fieldCount> m_fields;
 };

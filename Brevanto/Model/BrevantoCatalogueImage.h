@@ -28,7 +28,7 @@ public:
 
 private:
     struct Archive;
-    enum { imageURLField, captionTextField, buyURLField };
+    enum { imageURLField, captionTextField, buyURLField, fieldCount };
 
-    BrevantoFieldValues m_fields;
+    BrevantoFewFieldValues<fieldCount> m_fields;
 };

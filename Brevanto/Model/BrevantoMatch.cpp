@@ -3,6 +3,7 @@
 #include "Brevanto/Model/BrevantoArchiveTable.h"
 #include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoMatchMapping.h"
+#include "Brevanto/Model/BrevantoMatchObject.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -99,10 +100,11 @@ std::optional<BrevantoMatchList> BrevantoMatch::populateMatchesUsingArray(const 
     const QJsonArray elements = array.toArray();
     BrevantoMatchList matches;
     matches.reserve(elements.size());
+    BrevantoMatchObject object;
     for (const auto element : elements) {
         auto match = std::make_shared<BrevantoMatch>();
-        const QJsonObject object = element.toObject();
-        match->m_fields.reserve(qMin(object.size(), qsizetype(Archive::written.size())));
+        object.setObject(element.toObject());
+        match->m_fields.reserve(object.knownKeyCount());
         populateMatch(*match, object);
         matches.append(std::move(match));
     }

@@ -30,14 +30,17 @@ BrevantoMatchGroupList BrevantoMatchGroup::groupMatchesByAdImageUrl(const Brevan
 {
     BrevantoMatchGroupList groups;
     QHash<QString, BrevantoMatchGroup *> groupsByAddress;
+    BrevantoMatchGroup *group = nullptr;
     for (const auto &match : matches) {
         const QString address = BrevantoFields::text(match->backgroundImageUrl());
         if (address.isEmpty())
             continue;
-        BrevantoMatchGroup *&group = groupsByAddress[address];
+        if (!group || group->m_adImageUrl != address) // the matches of an image mostly follow each other
+            group = groupsByAddress.value(address);
         if (!group) {
             groups.append(initWithMatches({}, address));
             group = groups.constLast().get();
+            groupsByAddress.insert(address, group);
         }
         group->m_listOfMatches.append(match);
     }

@@ -10,6 +10,7 @@
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <numeric>
@@ -19,21 +20,46 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// JSON text can hold half of a surrogate pair, which an archive cannot. It is replaced here, so that a record equals
-// what is read back of it.
-QString wellFormed(QString text)
+// Whether half of a surrogate pair may be in the text. Hardly any text has, all its characters together, the bits of a
+// surrogate, and bits are gathered many at a time.
+bool mayHaveHalves(const QString &text)
 {
-    const auto isHalf = [](bool found, QChar character) { return found | character.isSurrogate(); };
-    const bool hasHalves = std::accumulate(text.cbegin(), text.cend(), false, isHalf);
-    return !hasHalves || text.isValidUtf16() ? std::move(text) : QString::fromUtf8(text.toUtf8());
+    constexpr char16_t surrogateBits = QChar::highSurrogate(0x10000);
+    const auto gather = [](char16_t bits, QChar character) { return char16_t(bits | character.unicode()); };
+    return (std::accumulate(text.cbegin(), text.cend(), char16_t(), gather) & surrogateBits) == surrogateBits;
 }
 
-// The value as a record field keeps it.
-QVariant fieldValue(const QJsonValue &value)
+// JSON text can hold half of a surrogate pair, which an archive cannot. It is replaced here, so that a record equals
+// what is read back of it.
+void replaceHalves(QString &text)
 {
-    if (value.isString())
-        return wellFormed(value.toString());
-    if (value.isArray()) {
+    if (mayHaveHalves(text) && !text.isValidUtf16())
+        text = QString::fromUtf8(text.toUtf8());
+}
+
+QString wellFormed(QString text)
+{
+    replaceHalves(text);
+    return text;
+}
+
+QVariant textValue(QString &&text)
+{
+    replaceHalves(text);
+    // A QVariant that is made of a text shares it, only for the text to let go of it then.
+    QVariant value{QString()};
+    static_cast<QString *>(value.data())->swap(text);
+    return value;
+}
+
+// The value as a record field keeps it. References into the document are taken as they are: a QJsonValue is counted in
+// and out of it.
+QVariant fieldValue(QJsonValueConstRef value)
+{
+    switch (value.type()) {
+    case QJsonValue::String:
+        return textValue(value.toString());
+    case QJsonValue::Array: {
         QVariantList list;
         const QJsonArray array = value.toArray();
         list.reserve(array.size());
@@ -41,30 +67,44 @@ QVariant fieldValue(const QJsonValue &value)
             list.append(fieldValue(entry));
         return list;
     }
-    if (value.isObject()) {
+    case QJsonValue::Object: {
         QVariantMap map;
         const QJsonObject object = value.toObject();
         for (auto entry = object.begin(); entry != object.end(); ++entry)
             map.insert(wellFormed(entry.key()), fieldValue(entry.value()));
         return map;
     }
-    return value.toVariant();
+    default:
+        return value.toVariant();
+    }
 }
 
 // As BrevantoBaseEntity::isValid() says, but a text, which is most of what comes, is taken out of the document only
 // once.
-QVariant validValue(const QJsonValue &value)
+QVariant validValue(QJsonValueConstRef value)
 {
-    if (value.isString()) {
+    switch (value.type()) {
+    case QJsonValue::Undefined:
+    case QJsonValue::Null:
+        return {};
+    case QJsonValue::String: {
         QString text = value.toString();
-        return text.isEmpty() ? QVariant() : QVariant(wellFormed(std::move(text)));
+        return text.isEmpty() ? QVariant() : textValue(std::move(text));
     }
-    return BrevantoBaseEntity::isValid(value) ? fieldValue(value) : QVariant();
+    default:
+        return fieldValue(value);
+    }
+}
+
+QVariant validValue(const QJsonObject &object, QLatin1StringView key)
+{
+    const auto entry = object.constFind(key);
+    return entry == object.constEnd() ? QVariant() : validValue(entry.value());
 }
 
 // The setters of Record take what they are given; a value that is not valid leaves the field untouched.
 template <class Record, class Base>
-void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
+void take(Record &record, void (Base::*setter)(QVariant), QVariant &&value)
 {
     if (value.isValid())
         (record.*setter)(std::move(value));
@@ -73,27 +113,28 @@ void take(Record &record, void (Base::*setter)(QVariant), QVariant value)
 template <class Record, class Base>
 void takeValid(Record &record, void (Base::*setter)(QVariant), const QJsonObject &object, QLatin1StringView key)
 {
-    take(record, setter, validValue(object.value(key)));
+    take(record, setter, validValue(object, key));
 }
 
 template <class Base>
 void takeValid(BrevantoMatch &match, void (Base::*setter)(QVariant), const BrevantoMatchObject &object,
                BrevantoMatchObject::Key key)
 {
-    take(match, setter, validValue(object.value(key)));
+    if (object.contains(key))
+        take(match, setter, validValue(object.value(key)));
 }
 
 void takeText(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
               BrevantoMatchObject::Key key)
 {
-    if (const QJsonValue value = object.value(key); value.isString())
+    if (const QJsonValueConstRef value = object.value(key); value.isString())
         take(match, setter, validValue(value));
 }
 
 void takeNumber(BrevantoMatch &match, void (BrevantoMatch::*setter)(QVariant), const BrevantoMatchObject &object,
                 BrevantoMatchObject::Key key)
 {
-    if (const QJsonValue value = object.value(key); value.isDouble())
+    if (const QJsonValueConstRef value = object.value(key); value.isDouble())
         take(match, setter, value.toVariant());
 }
 
@@ -115,7 +156,7 @@ QVariantList recordsFrom(const QJsonArray &array, Make make)
     QVariantList records;
     records.reserve(array.size());
     for (const auto entry : array) {
-        if (BrevantoBaseEntity::isValid(entry))
+        if (entry.isObject() || BrevantoBaseEntity::isValid(entry))
             records.append(BrevantoFields::entry(make(entry.toObject())));
     }
     return records;
@@ -133,17 +174,19 @@ QVariant firstEntry(const QVariant &field)
 
 void mapAuthor(BrevantoMatch &match, const BrevantoMatchObject &object, BrevantoMatchObject::Key key)
 {
-    const QJsonValue author = object.value(key);
+    const QJsonValueConstRef author = object.value(key);
     if (author.isString())
         take(match, &BrevantoMatch::setAuthor, validValue(author));
-    else if (const QJsonArray names = author.toArray(); !names.isEmpty() && !names.first().isNull())
-        match.setAuthor(fieldValue(names.first()));
+    if (!author.isArray())
+        return;
+    if (const QJsonArray names = author.toArray(); !names.isEmpty() && !names.constBegin()->isNull())
+        match.setAuthor(fieldValue(*names.constBegin()));
 }
 
 // Text is taken even when it is empty.
 void mapID(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue id = object.value("id");
+    const QJsonValueConstRef id = object.value("id");
     if (id.isString() || id.isDouble())
         match.setID(BrevantoFields::text(fieldValue(id)));
 }
@@ -151,7 +194,7 @@ void mapID(BrevantoMatch &match, const BrevantoMatchObject &object)
 // The first entry tells what the service sent: objects with addresses, or the addresses themselves.
 void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue images = object.value("images");
+    const QJsonValueConstRef images = object.value("images");
     if (images.isString())
         match.setImages(QVariantList{fieldValue(images)});
     if (!images.isArray())
@@ -163,7 +206,7 @@ void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
         addresses = validEntries(array);
     } else if (array.first().isObject()) {
         for (const auto entry : array) {
-            if (QVariant address = validValue(entry.toObject().value("url"_L1)); address.isValid())
+            if (QVariant address = validValue(entry.toObject(), "url"_L1); address.isValid())
                 addresses.append(std::move(address));
         }
     }
@@ -172,10 +215,10 @@ void mapImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 
 void mapImageGalleries(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    if (const QJsonValue gallery = object.value("imageGallery"); gallery.isArray())
+    if (const QJsonValueConstRef gallery = object.value("imageGallery"); gallery.isArray())
         match.setImageGallery(validEntries(gallery.toArray()));
 
-    const QJsonValue captioned = object.value("imageGalleryCaption");
+    const QJsonValueConstRef captioned = object.value("imageGalleryCaption");
     if (!captioned.isArray())
         return;
     match.setCaptionImages(recordsFrom(captioned.toArray(), [](const QJsonObject &entry) {
@@ -225,12 +268,12 @@ QString clipAddress(QString address)
 
 void mapRelatedVideos(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue videos = object.value("relatedVideos");
+    const QJsonValueConstRef videos = object.value("relatedVideos");
     if (!videos.isArray())
         return;
     match.setVids(recordsFrom(videos.toArray(), [&match](const QJsonObject &entry) {
         auto video = std::make_shared<BrevantoRelatedContent>();
-        QVariant address = validValue(entry.value("url"_L1));
+        QVariant address = validValue(entry, "url"_L1);
         if (address.typeId() == QMetaType::QString)
             address = clipAddress(address.toString());
         take(*video, &BrevantoRelatedContent::setContentUrl, std::move(address));
@@ -257,7 +300,7 @@ std::shared_ptr<BrevantoRelatedContent> relatedLink(const BrevantoMatch &match, 
 // JSON null included, is left out.
 void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const QJsonValue links = object.value("relatedArticleLinks");
+    const QJsonValueConstRef links = object.value("relatedArticleLinks");
     if (!links.isArray())
         return;
 
@@ -267,7 +310,7 @@ void mapRelatedLinks(BrevantoMatch &match, const BrevantoMatchObject &object)
     const QJsonArray array = links.toArray();
     for (const auto value : array) {
         const QJsonObject entry = value.toObject();
-        const QVariant address = validValue(entry.value("url"_L1));
+        const QVariant address = validValue(entry, "url"_L1);
         if (!address.isValid())
             continue;
         const QString text = BrevantoFields::text(address);
@@ -292,7 +335,7 @@ void mapAdImage(BrevantoMatch &match, const BrevantoMatchObject &object)
 void mapTheme(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
     if (const QString theme = object.value("theme").toString(); !theme.isEmpty())
-        match.setAdthemeColorString(QString("0x"_L1 + wellFormed(theme)));
+        match.setAdthemeColorString(textValue("0x"_L1 % theme));
 }
 
 void mapRelatedAdImages(BrevantoMatch &match, const BrevantoMatchObject &object)
@@ -306,6 +349,8 @@ void mapRelatedAdImages(BrevantoMatch &match, const BrevantoMatchObject &object)
 
 void mapCatalogue(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
+    if (!object.contains("image_catalouge"))
+        return;
     const QJsonArray catalogue = object.value("image_catalouge").toArray();
     if (catalogue.isEmpty())
         return;
@@ -334,6 +379,8 @@ void mapDownloadedTime(BrevantoMatch &match, const BrevantoMatchObject &object)
 
 void mapRelatedContentIdentifiers(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
+    if (!object.contains("relatedContentIdentifiers"))
+        return;
     const QJsonArray identifiers = object.value("relatedContentIdentifiers").toArray();
     for (const auto entry : identifiers) {
         const QString identifier = entry.toString();
@@ -347,28 +394,21 @@ void mapRelatedContentIdentifiers(BrevantoMatch &match, const BrevantoMatchObjec
 } // namespace
 
 // Later steps look at what earlier ones have set: related content at the date, the thumbnail at the galleries, the
-// source at its display name.
-void populateMatch(BrevantoMatch &match, const QJsonObject &json)
+// source at its display name. For the rest they follow the numbers of the fields, each of which has its place behind
+// those before it then.
+void populateMatch(BrevantoMatch &match, const BrevantoMatchObject &object)
 {
-    const BrevantoMatchObject object(json);
+    takeValid(match, &BrevantoMatch::setSource, object, "source");
+    takeValid(match, &BrevantoMatch::setLanguage, object, "language");
+    takeValid(match, &BrevantoMatch::setSection, object, "section");
+    takeValid(match, &BrevantoMatch::setTitle, object, "title");
+    mapID(match, object);
+    takeValid(match, &BrevantoMatch::setDate, object, "date");
+    takeValid(match, &BrevantoMatch::setDesc, object, "description");
+    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink");
     mapAuthor(match, object, "author");
-    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag");
     if (!match.author().isValid())
         mapAuthor(match, object, "authors");
-    takeValid(match, &BrevantoMatch::setDesc, object, "description");
-    takeValid(match, &BrevantoMatch::setDate, object, "date");
-    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads");
-    mapID(match, object);
-    mapImages(match, object);
-    mapImageGalleries(match, object);
-    mapThumbnail(match, object);
-    takeValid(match, &BrevantoMatch::setSource, object, "source");
-    takeValid(match, &BrevantoMatch::setTitle, object, "title");
-    mapRelatedVideos(match, object);
-    mapRelatedLinks(match, object);
-    if (const QJsonValue audios = object.value("relatedAudios"); audios.isArray())
-        match.setRelatedAudios(validEntries(audios.toArray()));
-    takeValid(match, &BrevantoMatch::setWeblink, object, "weblink");
     takeValid(match, &BrevantoMatch::setCategory, object, "category");
     mapAdImage(match, object);
     takeValid(match, &BrevantoMatch::setYouTubeVideoUrl, object, "vid_urls");
@@ -380,14 +420,21 @@ void populateMatch(BrevantoMatch &match, const QJsonObject &json)
     mapTheme(match, object);
     mapRelatedAdImages(match, object);
     mapCatalogue(match, object);
+    takeValid(match, &BrevantoMatch::setTagFolder, object, "tag");
+    mapRelatedVideos(match, object);
+    mapImages(match, object);
+    mapImageGalleries(match, object);
+    mapThumbnail(match, object);
+    mapRelatedLinks(match, object);
+    if (const QJsonValueConstRef audios = object.value("relatedAudios"); audios.isArray())
+        match.setRelatedAudios(validEntries(audios.toArray()));
     mapDisplaySource(match, object);
-    takeValid(match, &BrevantoMatch::setSection, object, "section");
-    takeValid(match, &BrevantoMatch::setLanguage, object, "language");
-    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position");
     mapDownloadedTime(match, object);
+    takeNumber(match, &BrevantoMatch::setNativeAdPosition, object, "position");
+    takeText(match, &BrevantoMatch::setShareURL, object, "share_url");
+    takeValid(match, &BrevantoMatch::setShouldDisplayBannerAd, object, "show_ads");
     takeText(match, &BrevantoMatch::setIsSpecialArticle, object, "is_live");
     takeText(match, &BrevantoMatch::setTitleColor, object, "title_color");
-    takeText(match, &BrevantoMatch::setShareURL, object, "share_url");
     mapRelatedContentIdentifiers(match, object);
     takeNumber(match, &BrevantoMatch::setXPercent, object, "xPercent");
     takeNumber(match, &BrevantoMatch::setYPercent, object, "yPercent");

@@ -1,7 +1,7 @@
 #pragma once
 
 class BrevantoMatch;
-class QJsonObject;
+class BrevantoMatchObject;
 
 // Fills a new match from the service's JSON object, as far as its values can be used.
-void populateMatch(BrevantoMatch &match, const QJsonObject &object);
+void populateMatch(BrevantoMatch &match, const BrevantoMatchObject &object);

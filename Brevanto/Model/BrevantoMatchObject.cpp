@@ -1,8 +1,33 @@
 #include "Brevanto/Model/BrevantoMatchObject.h"
 
+#include <QCborMap>
+
+namespace
+{
+
+bool hasKeys(const QCborMap &map, const QList<QCborValue> &keys)
+{
+    if (map.size() != keys.size())
+        return false;
+    auto entry = map.constBegin();
+    return std::ranges::all_of(keys, [&entry](const QCborValue &key) { return (entry++).key() == key; });
+}
+
+} // namespace
+
+void BrevantoMatchObject::setObject(QJsonObject object)
+{
+    m_object = std::move(object);
+    // The map and the object are the same data.
+    const QCborMap map = QCborMap::fromJsonObject(m_object);
+    if (!hasKeys(map, m_keys)) {
+        m_keys = map.keys();
+        findKeys();
+    }
+}
+
 // Both lists of keys are sorted, so that one walk along both finds what they share.
-BrevantoMatchObject::BrevantoMatchObject(QJsonObject object)
-    : m_object(std::move(object))
+void BrevantoMatchObject::findKeys()
 {
     static_assert(std::ranges::is_sorted(names));
     m_positions.fill(-1);

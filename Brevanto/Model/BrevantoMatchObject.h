@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QCborValue>
+#include <QJsonArray>
 #include <QJsonObject>
+#include <QList>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
 // What the service's JSON object of a match holds under the keys that the SDK knows. An object is gone through once:
-// asking it for each known key, most of which a match does not have, takes as long as parsing it.
+// asking it for each known key, most of which a match does not have, takes as long as parsing it. Reading a key takes
+// an allocation, comparing it takes none; and the matches of one answer mostly have the same keys.
 class BrevantoMatchObject
 {
 public:
@@ -68,18 +72,31 @@ public:
         std::size_t m_number;
     };
 
-    explicit BrevantoMatchObject(QJsonObject object);
+    BrevantoMatchObject() { m_positions.fill(-1); }
 
-    // Undefined where there is none.
-    QJsonValue value(Key key) const
+    // Goes on to the next match's object.
+    void setObject(QJsonObject object);
+
+    qsizetype knownKeyCount() const
+    {
+        return std::ranges::count_if(m_positions, [](qsizetype position) { return position >= 0; });
+    }
+
+    bool contains(Key key) const { return m_positions[key.m_number] >= 0; }
+    // Null where there is none, which means the same. Holds until the next object is set.
+    QJsonValueConstRef value(Key key) const
     {
         const qsizetype position = m_positions[key.m_number];
-        return position < 0 ? QJsonValue(QJsonValue::Undefined) : QJsonValue(*(m_object.constBegin() + position));
+        return position < 0 ? *m_nothing.constBegin() : *(m_object.constBegin() + position);
     }
 
 private:
+    void findKeys();
+
     QJsonObject m_object;
+    QList<QCborValue> m_keys; // all of the object's, in its order
     std::array<qsizetype, names.size()> m_positions; // in the object; negative where it has no such key
+    const QJsonArray m_nothing{QJsonValue::Null};
 };
 
 consteval BrevantoMatchObject::Key::Key(const char *name)

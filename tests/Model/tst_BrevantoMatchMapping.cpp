@@ -110,6 +110,23 @@ private Q_SLOTS:
         QCOMPARE(matches[4]->title(), u"b"_s);
     }
 
+    // Each as if it came alone.
+    void matchesOfOneAnswerDifferInTheirKeys()
+    {
+        const QJsonArray answer = parsed(R"({"matches": [
+            {"title": "a", "unknown": 1}, {"title": "b", "unknown": 2}, {"titlf": "c", "unknown": 3},
+            {"source": "d", "title": "e"}, {"unknown": "f", "url": "g"}, {"\u0074itle": "h", "unknown": 4},
+            {"title": "i", "\ud800": 5}, {"title": "j", "\ud801": 6}, {"author": "k", "\u00e4": 7}, {},
+            {"title": "l", "unknown": 8, "url": "m"}]})")
+                                      .value("matches"_L1)
+                                      .toArray();
+        const BrevantoMatchList matches = *BrevantoMatch::populateMatchesUsingArray(answer);
+        for (qsizetype index = 0; index < answer.size(); ++index)
+            QCOMPARE(filledFields(matches[index]), filledFields(matchFrom(answer[index].toObject())));
+        QCOMPARE(matches[5]->title(), u"h"_s);
+        QCOMPARE(matches[7]->title(), u"j"_s);
+    }
+
     void readers()
     {
         const std::tuple<QVariant, QString, double> shown[] = {{{}, {}, qQNaN()},
