@@ -3,6 +3,7 @@
 #include "Brevanto/ServerManager/ServerResponses.h"
 #include "support/TestImages.h"
 
+#include <QColorSpace>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -75,6 +76,7 @@ QByteArray Made::photo(const QSize &stored, int exifOrientation)
             line[x] = qRgb(grained(qRed(line[x])), grained(qGreen(line[x])), grained(qBlue(line[x])));
         }
     }
+    picture.setColorSpace(QColorSpace::DisplayP3); // as phones do
     return TestImages::jpeg(picture, exifOrientation);
 }
 

@@ -93,44 +93,30 @@ class JpegWalk
 public:
     explicit JpegWalk(const QByteArray &data)
         : m_data(data)
-        , m_excerpt(data)
     {
     }
 
     EncodedImage run()
     {
-        constexpr qsizetype startSize = 2;
-        m_excerpt.add(0, startSize);
-        for (qsizetype at = marker(startSize); at >= 0; at = marker(at)) {
-            const uchar code = byte(at + 1);
-            if (code == endOfImage) {
-                m_excerpt.add(at, at + 2);
-                break;
-            }
-            // Cut off within a segment.
-            if (m_data.size() - at < 4)
-                break;
-            const qsizetype size = 2 + qsizetype(qFromBigEndian<quint16>(m_data.constData() + at + 2));
-            qsizetype end = std::min(at + size, m_data.size());
+        forEachSegment([this](uchar code, qsizetype at, qsizetype) {
             look(code, at);
-            if (code == startOfScan) {
-                const qsizetype next = marker(end);
-                end = next < 0 ? m_data.size() : next;
-            }
-            if (isKept(code, at))
-                m_excerpt.add(at, end);
-            at = end;
-        }
+            m_leftOutCount += isKept(code, at) ? 0 : 1;
+        });
         if (m_scanCount > mostScans)
             return {};
-        return {.format = "jpeg", .bytes = m_excerpt.taken(), .isReadWhole = m_isReadWhole};
+        return {.format = "jpeg",
+                .bytes = m_leftOutCount <= fewLeftOut ? m_data : keptSegments(),
+                .isReadWhole = m_isReadWhole};
     }
 
 private:
+    static constexpr qsizetype startSize = 2;
     static constexpr uchar endOfImage = 0xd9;
     static constexpr uchar startOfScan = 0xda;
     // Each takes as long as the image is large, and a few bytes. Encoders make about ten.
     static constexpr int mostScans = 64;
+    // Decoders skip so many in no time, and a camera's photo has some: a copy of it would cost more.
+    static constexpr int fewLeftOut = 256;
 
     uchar byte(qsizetype at) const { return at < m_data.size() ? uchar(m_data.at(at)) : 0; }
 
@@ -145,6 +131,30 @@ private:
             ++at;
         }
         return -1;
+    }
+
+    // Calls back with each segment's code, its place, and its end: of a scan, where its data end.
+    template <typename Callback>
+    void forEachSegment(Callback callback) const
+    {
+        for (qsizetype at = marker(startSize); at >= 0; at = marker(at)) {
+            const uchar code = byte(at + 1);
+            if (code == endOfImage) {
+                callback(code, at, at + 2);
+                return;
+            }
+            // Cut off within a segment.
+            if (m_data.size() - at < 4)
+                return;
+            const qsizetype size = 2 + qsizetype(qFromBigEndian<quint16>(m_data.constData() + at + 2));
+            qsizetype end = std::min(at + size, m_data.size());
+            if (code == startOfScan) {
+                const qsizetype next = marker(end);
+                end = next < 0 ? m_data.size() : next;
+            }
+            callback(code, at, end);
+            at = end;
+        }
     }
 
     void look(uchar code, qsizetype at)
@@ -179,9 +189,21 @@ private:
         return true;
     }
 
+    QByteArray keptSegments()
+    {
+        m_seen.clear();
+        Excerpt excerpt(m_data);
+        excerpt.add(0, startSize);
+        forEachSegment([this, &excerpt](uchar code, qsizetype at, qsizetype end) {
+            if (isKept(code, at))
+                excerpt.add(at, end);
+        });
+        return excerpt.taken();
+    }
+
     const QByteArray m_data;
-    Excerpt m_excerpt;
     QSet<uchar> m_seen;
+    int m_leftOutCount = 0;
     int m_scanCount = 0;
     int m_componentCount = 0;
     bool m_isReadWhole = false;

@@ -81,7 +81,7 @@ struct Image::Data {
     };
 
     QByteArray encoded; // empty: the pixels are in `decoded`
-    QByteArray format; // of the encoded bytes; empty: Qt finds out
+    QByteArray format; // of encoded bytes from anywhere; empty: Qt finds out
     QImage decoded;
     QSize size;
     qreal scale = 1.0;
@@ -163,6 +163,11 @@ Image Image::withEncoded(const QByteArray &data, const QByteArray &format, qint6
     image.d->orientation = orientationOf(reader.transformation());
     Data::publish(image.d);
     return image;
+}
+
+bool Image::isFromAnywhere() const
+{
+    return d && !d->format.isEmpty();
 }
 
 QSizeF Image::size() const

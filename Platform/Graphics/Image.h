@@ -44,6 +44,8 @@ public:
 
     // Whether there is no image.
     bool isNull() const { return !d; }
+    // Whether the image is made from encoded bytes from anywhere, whose decoding may take as long as it is let.
+    bool isFromAnywhere() const;
 
     // Width and height in points, upright: pixels divided by scale, sides swapped where the orientation turns them.
     QSizeF size() const;

@@ -122,7 +122,8 @@ QImage blurred(QImage picture, int reach)
 
 ImageProvider::ImageProvider()
 {
-    m_pool.setMaxThreadCount(1);
+    m_ownImages.setMaxThreadCount(1);
+    m_imagesFromAnywhere.setMaxThreadCount(1);
 }
 
 QString ImageProvider::name()
@@ -142,7 +143,8 @@ QQuickImageResponse *ImageProvider::requestImageResponse(const QString &id, cons
 {
     const QString tint = id.section(u'/', 1);
     const QColor color = tint.isEmpty() ? QColor() : QColor(u'#' + tint);
-    return new Decoding(m_pool, Platform::Image::withIdentifier(id.section(u'/', 0, 0)), requestedSize, color);
+    const Platform::Image image = Platform::Image::withIdentifier(id.section(u'/', 0, 0));
+    return new Decoding(image.isFromAnywhere() ? m_imagesFromAnywhere : m_ownImages, image, requestedSize, color);
 }
 
 ShadowProvider::ShadowProvider()

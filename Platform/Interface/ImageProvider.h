@@ -11,7 +11,7 @@ namespace Platform
 {
 
 // Gives the scenes of SceneEngine the platform's images under image://, decoded off the main thread at the size drawn,
-// one after the other so that memory is taken for one only.
+// those from anywhere one after the other so that memory is taken for one only. One's own do not wait for them.
 class ImageProvider final : public QQuickAsyncImageProvider
 {
 public:
@@ -24,7 +24,9 @@ public:
     QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
 
 private:
-    QThreadPool m_pool; // so that pictures and the network's answers do not wait for each other
+    // Of their own, so that pictures and the network's answers do not wait for each other.
+    QThreadPool m_ownImages;
+    QThreadPool m_imagesFromAnywhere;
 };
 
 // Pictures of blurred round-cornered shadows, to be stretched in the middle: "<corner radius>,<blur radius>".
