@@ -223,16 +223,17 @@ private Q_SLOTS:
                     written[record->className()].append(key.toString());
             }
         }
+        const QStringList keysOfMatch = written.take(u"BrevantoMatch"_s); // in a table of their own
+        QStringList documented;
         for (const QStringList &row : rows(text)) {
-            const QStringList keys = written.take(quoted(row[0])[0]);
-            const QString count = captured(row[1], u"the (\\d+) keys"_s).value(0);
-            if (count.isEmpty())
+            const QString name = quoted(row[0])[0];
+            const QStringList keys = written.take(name);
+            if (!keys.isEmpty())
                 QCOMPARE(quoted(row[1]).first(keys.size()), keys);
-            else
-                QCOMPARE(count.toInt(), keys.size());
-            for (const QString &name : captured(row[1], u"`([a-z]\\w*)`"_s))
-                QVERIFY2(keys.contains(name), qPrintable(name));
+            else if (name != "BrevantoMatch"_L1)
+                documented.append(name);
         }
+        QCOMPARE(documented, keysOfMatch);
         QVERIFY2(written.isEmpty(), qPrintable(written.keys().join(u' ')));
     }
 
