@@ -287,6 +287,15 @@ private Q_SLOTS:
         const Outcome seen = outcome(*m_session, get(m_server->url()));
         QVERIFY(!seen.data && seen.error);
         QCOMPARE(seen.error->code, URLError::Code::ConnectionLost);
+
+        // Qt asks again for what it gets, but a photo is uploaded once.
+        const int requestCount = m_server->requestCount();
+        URLRequest upload = get(m_server->url());
+        upload.method = URLRequest::Method::Post;
+        upload.headers.insert("Content-Type", "image/jpeg");
+        upload.body = QByteArray(5000, 'x');
+        QVERIFY(outcome(*m_session, upload).error);
+        QCOMPARE(m_server->requestCount(), requestCount + 1);
     }
 
     void keepsConnectionsButNoCookies()
