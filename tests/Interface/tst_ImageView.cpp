@@ -75,7 +75,7 @@ private Q_SLOTS:
     void showsTheImageSetLast()
     {
         ImageView *view = add({0, 0, 100, 100});
-        QImage turned = TestImages::quarters({64, 64}).mirrored(true, false);
+        QImage turned = TestImages::quarters({64, 64}).transformed(QTransform::fromScale(-1, 1));
         for (int round = 0; round < 5; ++round) {
             view->setImage(Image::withData(TestImages::jpeg(TestImages::quarters({3000, 3000}))));
             view->setImage(Image(turned));
