@@ -191,8 +191,8 @@ private Q_SLOTS:
         QVERIFY(seen.data.has_value() != seen.error.has_value());
     }
 
-    // Qt takes some of these for the answer. What comes after them must not become the answer to the next request.
-    void refusesInterimAnswers_data()
+    // Older Qt takes some of these for the answer. What comes after them must not become the answer to the next request.
+    void survivesInterimAnswers_data()
     {
         QTest::addColumn<QByteArray>("head");
         QTest::newRow("101") << QByteArray(
@@ -200,13 +200,17 @@ private Q_SLOTS:
         QTest::newRow("102") << QByteArray("HTTP/1.1 102 Processing\r\n\r\n");
         QTest::newRow("103") << QByteArray("HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n");
     }
-    void refusesInterimAnswers()
+    void survivesInterimAnswers()
     {
         QFETCH(QByteArray, head);
         m_server->setAnswer({.head = head + "HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nlate"});
         const Outcome seen = outcome(*m_session, get(m_server->url()));
-        QVERIFY(!seen.data && seen.error);
-        QCOMPARE(seen.error->code, URLError::Code::Unknown);
+        if (seen.error)
+            QCOMPARE(seen.error->code, URLError::Code::Unknown);
+        else
+            QCOMPARE(seen.data.value(), "late");
+        m_server->setAnswer(plain("next"));
+        QCOMPARE(outcome(*m_session, get(m_server->url())).data.value_or("none"), "next");
     }
 
     void insistsOnSafety_data()
