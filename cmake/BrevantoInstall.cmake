@@ -5,6 +5,8 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Brevanto)
 # A folder of its own, because hosts may have folders of these names too.
 set(headers_dir ${CMAKE_INSTALL_INCLUDEDIR}/brevanto)
 set(BREVANTO_INSTALL_QMLDIR ${CMAKE_INSTALL_LIBDIR}/qt6/qml CACHE STRING "Folder of QML modules, within the prefix")
+# A library calls what its Qt has; an older one may lack it.
+set(qt_version ${Qt6_VERSION_MAJOR}.${Qt6_VERSION_MINOR})
 set(qt_modules Core Gui Network Multimedia ${BREVANTO_PHONE_QT_MODULES})
 
 set(targets Brevanto)
@@ -59,7 +61,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/BrevantoConfig.cmake ${CMAKE_CURRENT_B
 # The static library is more than an archive: what it needs is for CMake alone to say.
 if(BUILD_SHARED_LIBS)
     list(TRANSFORM qt_modules PREPEND "Qt6" OUTPUT_VARIABLE pkg_config_requires)
-    list(JOIN pkg_config_requires " >= 6.4, " pkg_config_requires)
+    list(JOIN pkg_config_requires " >= ${qt_version}, " pkg_config_requires)
     # Where the libraries stand is said by where this file is, so that a prefix can be moved.
     file(RELATIVE_PATH pkg_config_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
     configure_file(${CMAKE_CURRENT_LIST_DIR}/brevanto.pc.in brevanto.pc @ONLY)

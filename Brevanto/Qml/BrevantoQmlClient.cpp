@@ -41,7 +41,9 @@ bool BrevantoQmlClient::showCameraScreen()
     if (!shown || shown == before)
         return false;
     m_shownScreen = shown;
-    connect(shown, &QObject::destroyed, this, [this] {
+    connect(shown, &QObject::destroyed, this, [this, shown] {
+        if (m_shownScreen != shown)
+            return; // another window's stand since then
         m_shownScreen = nullptr;
         Q_EMIT cameraScreenShownChanged();
     });

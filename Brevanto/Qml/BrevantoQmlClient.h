@@ -3,7 +3,6 @@
 #include "Brevanto/Reachability/BrevantoReachability.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QtQmlIntegration>
 
 #include <memory>

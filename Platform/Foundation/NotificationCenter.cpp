@@ -11,22 +11,29 @@ NotificationCenter &NotificationCenter::defaultCenter()
 
 void NotificationCenter::addObserver(QObject *observer, const QString &name, Handler handler, QObject *sender)
 {
-    m_observations[name].push_back({observer, std::move(handler), sender});
+    Observations &observations = m_observations[name];
+    std::erase_if(observations, [](const auto &o) { return !o->observer || (!o->sender && !o->isForAnySender); });
+    observations.push_back(
+        std::make_shared<Observation>(Observation{observer, std::move(handler), sender, sender == nullptr}));
 }
 
 void NotificationCenter::removeObserver(QObject *observer, const QString &name)
 {
-    std::erase_if(m_observations[name],
-                  [observer](const Observation &o) { return !o.observer || o.observer == observer; });
+    std::erase_if(m_observations[name], [observer](const auto &o) {
+        const bool isOver = !o->observer || o->observer == observer;
+        if (isOver)
+            o->observer.clear(); // a notification may be on its way to it
+        return isOver;
+    });
 }
 
 void NotificationCenter::post(const QString &name, QObject *object)
 {
     // A handler may add and remove observers.
-    const std::vector<Observation> observations = m_observations.value(name);
-    for (const Observation &o : observations) {
-        if (o.observer && (!o.sender || o.sender == object))
-            o.handler({name, object});
+    const Observations observations = m_observations.value(name);
+    for (const auto &o : observations) {
+        if (o->observer && (o->isForAnySender || (o->sender && o->sender == object)))
+            o->handler({name, object});
     }
 }
 

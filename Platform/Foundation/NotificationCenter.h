@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace Platform
@@ -30,7 +31,7 @@ public:
     static NotificationCenter &defaultCenter();
 
     // Calls `handler` for each notification of that name, from `sender` alone or, when null, from any sender, until
-    // `observer` is removed or destroyed.
+    // `observer` is removed, or it or `sender` is destroyed.
     void addObserver(QObject *observer, const QString &name, Handler handler, QObject *sender = nullptr);
 
     // Removes all that `observer` observes under that name.
@@ -41,11 +42,13 @@ public:
 
 private:
     struct Observation {
-        QPointer<QObject> observer;
+        QPointer<QObject> observer; // null from the removal on
         Handler handler;
-        QObject *sender;
+        QPointer<QObject> sender;
+        bool isForAnySender;
     };
-    QHash<QString, std::vector<Observation>> m_observations;
+    using Observations = std::vector<std::shared_ptr<Observation>>;
+    QHash<QString, Observations> m_observations;
 };
 
 } // namespace Platform

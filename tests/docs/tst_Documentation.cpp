@@ -121,6 +121,9 @@ private Q_SLOTS:
         QCOMPARE(QString::fromLatin1("Content-Type: " + request.headers.value("content-type")),
                  captured(m_protocol, u"`(Content-Type: multipart[^`]*)`"_s)[0]);
 
+        QCOMPARE(QString::fromLatin1("Accept-Encoding: " + request.headers.value("accept-encoding")),
+                 captured(m_protocol, u"`(Accept-Encoding: [^`]*)`"_s).value(0));
+
         QByteArray documented = blocks(m_protocol, {}).value(0).remove(u'\n').toUtf8();
         documented.replace("␍␊", "\r\n");
         documented.replace("<the JPEG's bytes>", "\xff\xd8");
