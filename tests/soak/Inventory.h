@@ -11,7 +11,7 @@ struct Inventory {
     qint64 screens = 0; // view controllers, the host's own among them
     qint64 items = 0; // in the window
     qint64 objects = 0; // QObjects of all threads
-    QMap<QByteArray, int> classes; // of those of the main thread
+    QMap<QByteArray, int> classes = {}; // of those of the main thread
     qint64 threads = 0;
     qint64 sockets = 0;
     qint64 files = 0; // descriptors, those of sockets among them
