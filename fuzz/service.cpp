@@ -100,6 +100,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = {};
     address.sin_family = AF_INET;
+    // The ports of one address are used up after so many connections in a minute.
+    static quint32 count = 0;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK + ++count % 200);
+    require(bind(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0, "there is a free port");
     address.sin_port = htons(port());
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     require(connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0, "the server listens");
