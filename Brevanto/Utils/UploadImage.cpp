@@ -1,7 +1,5 @@
 #include "Brevanto/Utils/UploadImage.h"
 
-#include "Brevanto/Utils/ImageScale.h"
-
 #include <cmath>
 
 namespace
@@ -28,6 +26,5 @@ QByteArray uploadData(const Platform::Image &photo)
     const QSizeF size = uploadSize(photo.size());
     if (size.height() > largestHeight)
         return {};
-    const Platform::Image scaled = scale::scaleToSize(photo, size);
-    return scale::convertImageToGrayScale(scaled).jpegData(quality);
+    return Platform::Image(photo.uprightLuma(size.toSize())).jpegData(quality);
 }

@@ -1,5 +1,6 @@
 #include "Platform/Graphics/BitmapContext.h"
 
+#include "Platform/Graphics/Luma.h"
 #include "Platform/Graphics/PixelOrientation.h"
 
 #include <QPainter>
@@ -47,19 +48,6 @@ QImage blank(const QSize &pixels, QImage::Format format)
     QImage image(pixels, format);
     image.fill(image.hasAlphaChannel() ? Qt::transparent : Qt::black);
     return image;
-}
-
-// Luma of ITU-R BT.601: what the Y of a JPEG holds already, so that a photo's grey is the camera's own.
-QImage luma(const QImage &rgb)
-{
-    QImage grey(rgb.size(), QImage::Format_Grayscale8);
-    for (int y = 0; y < rgb.height(); ++y) {
-        const auto *source = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
-        uchar *target = grey.scanLine(y);
-        for (int x = 0; x < rgb.width(); ++x)
-            target[x] = uchar((77 * qRed(source[x]) + 150 * qGreen(source[x]) + 29 * qBlue(source[x]) + 128) >> 8);
-    }
-    return grey;
 }
 
 // Where a bitmap lands whose edges stay parallel to the rows and columns and lie between pixels.
@@ -154,7 +142,7 @@ bool BitmapContext::drawImage(const Image &image, const QRectF &rect)
 
 Image BitmapContext::image() const
 {
-    return Image(m_colorSpace == ColorSpace::DeviceGray && isValid() ? luma(m_pixels) : m_pixels, m_scale);
+    return Image(m_colorSpace == ColorSpace::DeviceGray && isValid() ? Luma::of(m_pixels) : m_pixels, m_scale);
 }
 
 } // namespace Platform

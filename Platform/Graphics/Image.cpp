@@ -2,6 +2,7 @@
 
 #include "Platform/Graphics/EncodedImage.h"
 #include "Platform/Graphics/InterruptibleBuffer.h"
+#include "Platform/Graphics/Luma.h"
 #include "Platform/Graphics/PixelOrientation.h"
 
 #include <QBuffer>
@@ -51,13 +52,33 @@ ImageOrientation orientationOf(QImageIOHandler::Transformations transformation)
 
 // What a JPEG decoder is to give when a picture of `size` is wanted: it shrinks to eighths while it reads, the less
 // shrunk side deciding. Of a very long picture that would be nearly all.
-QSize readSize(const QSize &stored, const QSize &size)
+struct Eighths {
+    int wanted;
+    int most;
+};
+
+Eighths eighths(const QSize &stored, const QSize &size)
 {
     const qreal shrinking = std::min(qreal(stored.width()) / size.width(), qreal(stored.height()) / size.height());
     const qreal largest = std::sqrt(qreal(Image::largestWholePixelCount) / (qreal(stored.width()) * stored.height()));
-    const int wanted = std::clamp(int(std::ceil(8 / shrinking)), 1, 8);
-    const int eighths = std::clamp(int(8 * largest), 1, 8);
-    return wanted <= eighths ? size : (stored * eighths / 8).expandedTo({1, 1});
+    return {.wanted = std::clamp(int(std::ceil(8 / shrinking)), 1, 8), .most = std::clamp(int(8 * largest), 1, 8)};
+}
+
+QSize readSize(const QSize &stored, const QSize &size)
+{
+    const auto [wanted, most] = eighths(stored, size);
+    return wanted <= most ? size : (stored * most / 8).expandedTo({1, 1});
+}
+
+// What a JPEG decoder has before that is shrunk to `size`; `size` where Qt would scale that, too, for want of whole
+// pixels, or where it is not shrunk.
+QSize unscaledReadSize(const QSize &stored, const QSize &size)
+{
+    const auto [wanted, most] = eighths(stored, size);
+    const QSize product = stored * wanted;
+    const bool isWhole = product.width() % 8 == 0 && product.height() % 8 == 0;
+    const QSize unscaled = product / 8;
+    return wanted <= most && isWhole && unscaled == unscaled.expandedTo(size) ? unscaled : size;
 }
 
 // Pixels laid over black, which is what a format without transparency shows of them.
@@ -224,6 +245,19 @@ QImage Image::upright(const QSize &size, const GoesOn &goesOn) const
 {
     const PixelOrientation orientation = PixelOrientation::uprightFrom(this->orientation());
     return orientation.apply(bitmap(size.isValid() ? orientation.apply(size) : size, goesOn));
+}
+
+QImage Image::uprightLuma(const QSize &size) const
+{
+    if (!d || !isAcceptable(size))
+        return {};
+    const PixelOrientation orientation = PixelOrientation::uprightFrom(d->orientation);
+    const QSize stored = orientation.apply(size);
+    const QImage pixels = bitmap(d->format == "jpeg" ? unscaledReadSize(d->size, stored) : stored);
+    if (pixels.isNull())
+        return {};
+    const QImage luma = Luma::of(pixels);
+    return orientation.apply(luma.size() == stored ? luma : Luma::shrunk(luma, stored));
 }
 
 QByteArray Image::jpegData(qreal quality) const

@@ -64,6 +64,9 @@ public:
     QImage bitmap(const QSize &size = {}, const GoesOn &goesOn = {}) const;
     // The upright pixels, decoded at `size` pixels when one is given.
     QImage upright(const QSize &size = {}, const GoesOn &goesOn = {}) const;
+    // The luma (ITU-R BT.601) of the upright pixels, decoded at `size` pixels; transparency is laid over black. A JPEG
+    // turns grey before it is shrunk to that size, which is less to do than the other way round.
+    QImage uprightLuma(const QSize &size) const;
 
     // JPEG bytes of the upright image, quality from 0.0 (smallest) to 1.0; a grey bitmap gives a grey JPEG.
     // Transparency is laid over black. Empty on failure.

@@ -156,6 +156,43 @@ private Q_SLOTS:
         QCOMPARE(scale::convertImageToGrayScale(odd).bitmapSize(), QSize(30, 20));
     }
 
+    // As in colours first and grey afterwards.
+    void uprightLuma_data()
+    {
+        addColumns<QSize, int, QSize>("stored", "exifOrientation", "size");
+        QTest::newRow("a quarter is decoded") << QSize(640, 480) << 1 << QSize(112, 84);
+        QTest::newRow("a quarter, turned") << QSize(480, 640) << 6 << QSize(112, 84);
+        QTest::newRow("parts of pixels decoded") << QSize(645, 483) << 1 << QSize(112, 84);
+        QTest::newRow("other aspect, mirrored") << QSize(640, 480) << 7 << QSize(30, 300);
+        QTest::newRow("as decoded") << QSize(640, 480) << 3 << QSize(160, 120);
+        QTest::newRow("as stored") << QSize(64, 48) << 1 << QSize(64, 48);
+        QTest::newRow("wider, less high") << QSize(64, 48) << 1 << QSize(90, 20);
+        QTest::newRow("larger") << QSize(64, 48) << 8 << QSize(90, 100);
+        QTest::newRow("one pixel") << QSize(640, 480) << 1 << QSize(1, 1);
+    }
+    void uprightLuma()
+    {
+        QFETCH(QSize, stored);
+        QFETCH(int, exifOrientation);
+        QFETCH(QSize, size);
+        QImage picture = TestImages::quarters(stored);
+        for (int y = 0; y < stored.height(); ++y) {
+            for (int x = 0; x < stored.width() / 2; ++x)
+                picture.setPixelColor(x, y, QColor(255 * x / stored.width(), 255 * y / stored.height(), 40));
+        }
+        const Image photo = Image::withData(TestImages::jpeg(picture, exifOrientation));
+        const QImage expected = scale::convertImageToGrayScale(scale::scaleToSize(photo, size)).bitmap();
+        const QImage luma = photo.uprightLuma(size);
+        QCOMPARE(luma.format(), QImage::Format_Grayscale8);
+        QCOMPARE(luma.size(), size);
+        int furthest = 0;
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x)
+                furthest = qMax(furthest, qAbs(qGray(luma.pixel(x, y)) - qGray(expected.pixel(x, y))));
+        }
+        QVERIFY2(furthest <= 3, qPrintable(QString::number(furthest)));
+    }
+
     void rotateByAngle()
     {
         const std::pair<double, QString> turns[] = {{0, u"--- ---"_s}, // below the box
@@ -209,6 +246,7 @@ private Q_SLOTS:
         for (const Image &image : {Image(), undecodable}) {
             QVERIFY(scale::scaleToSize(image, {10, 10}).isNull());
             QVERIFY(scale::convertImageToGrayScale(image).isNull());
+            QVERIFY(image.uprightLuma({10, 10}).isNull());
             QVERIFY(scale::rotateByAngle(image, 30).isNull());
             QVERIFY(resizeAndCropExample::resizeToSize(image, {10, 10}, QRectF(0, 0, 5, 5)).isNull());
         }
