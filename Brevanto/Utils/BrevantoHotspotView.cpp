@@ -22,9 +22,11 @@ BrevantoHotspotView::BrevantoHotspotView(const QRectF &frame)
 {
     const qreal dotOrigin = (frame.width() - dotSize) / 2;
     m_redCircleView->setFrame(QRectF(dotOrigin, dotOrigin, dotSize, dotSize));
+    m_redCircleView->drawBackgroundAsDisc();
     m_redCircleView->setBackgroundColor(dotColor);
     m_redCircleView->setCornerRadius(dotSize / 2);
     addSubview(m_redCircleView);
+    drawBackgroundAsDisc();
     setBackgroundColor(opaqueWhite);
     setCornerRadius(frame.width() / 2);
 }

@@ -182,4 +182,29 @@ QImage ShadowProvider::requestImage(const QString &id, QSize *size, const QSize 
     return shadow;
 }
 
+DiscProvider::DiscProvider()
+    : QQuickImageProvider(QQuickImageProvider::Image)
+{
+}
+
+QString DiscProvider::name()
+{
+    return QStringLiteral("brevanto-disc");
+}
+
+QImage DiscProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    constexpr int longest = 1024;
+    QImage disc(requestedSize.boundedTo({longest, longest}).expandedTo({1, 1}), QImage::Format_ARGB32_Premultiplied);
+    disc.fill(Qt::transparent);
+    QPainter painter(&disc);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(u'#' + id));
+    painter.drawEllipse(disc.rect());
+    if (size)
+        *size = disc.size();
+    return disc;
+}
+
 } // namespace Platform

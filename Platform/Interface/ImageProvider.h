@@ -39,4 +39,14 @@ public:
     QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
 };
 
+// Pictures of discs in a colour, "<rrggbb>", as large as they are asked for.
+class DiscProvider final : public QQuickImageProvider
+{
+public:
+    DiscProvider();
+    static QString name();
+
+    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
+};
+
 } // namespace Platform

@@ -34,6 +34,7 @@ Scenes &currentScenes()
     scenes->engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     scenes->engine.addImageProvider(ImageProvider::name(), new ImageProvider);
     scenes->engine.addImageProvider(ShadowProvider::name(), new ShadowProvider);
+    scenes->engine.addImageProvider(DiscProvider::name(), new DiscProvider);
     qAddPostRoutine([] { scenes.reset(); });
     return *scenes;
 }

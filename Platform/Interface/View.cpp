@@ -327,9 +327,15 @@ void View::showValue(AnimatedProperty property, const AnimatedValue &value)
 
 void View::updateBackground()
 {
+    const QColor opaqueColor(m_backgroundColor.rgb());
     if (!m_background && m_backgroundColor.alpha() > 0)
-        m_background = SceneEngine::makeItem(QStringLiteral("ViewBackground"), this);
-    if (m_background) {
+        m_background = m_isDisc
+            ? SceneEngine::makeItem(QStringLiteral("DiscBackground"), this, {{QStringLiteral("color"), opaqueColor}})
+            : SceneEngine::makeItem(QStringLiteral("ViewBackground"), this);
+    if (m_background && m_isDisc) {
+        m_background->setOpacity(m_backgroundColor.alphaF());
+        m_background->setProperty("color", opaqueColor);
+    } else if (m_background) {
         m_background->setProperty("color", m_backgroundColor);
         m_background->setProperty("radius", m_cornerRadius);
     }

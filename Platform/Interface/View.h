@@ -99,6 +99,10 @@ public:
     int autoresizingMask() const { return m_autoresizingMask; }
     void setAutoresizingMask(int mask) { m_autoresizingMask = mask; }
 
+    // Draws the background as the disc that fills the view, which takes a fraction of what a round-cornered rectangle
+    // takes: for views that stay round and fade. To be called before the view has a background.
+    void drawBackgroundAsDisc() { m_isDisc = true; }
+
     // Thrown by the background; a view without one throws none.
     LayerShadow shadow() const { return m_shadow; }
     void setShadow(const LayerShadow &shadow);
@@ -173,6 +177,7 @@ private:
     LayerShadow m_shadow;
     QQuickItem *m_background = nullptr;
     QQuickItem *m_shadowItem = nullptr;
+    bool m_isDisc = false;
     bool m_hidden = false;
     bool m_needsLayout = true;
     bool m_belongsToController = false;
