@@ -39,6 +39,8 @@ QNetworkRequest networkRequest(const URLRequest &request)
     for (auto header = request.headers.cbegin(); header != request.headers.cend(); ++header)
         result.setRawHeader(header.key(), header.value());
     result.setRawHeader("Accept-Encoding", "identity");
+    // Qt holds a head of HTTP/2 to no size.
+    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);

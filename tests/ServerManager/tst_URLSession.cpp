@@ -242,6 +242,17 @@ private Q_SLOTS:
         QCOMPARE(m_server->requestCount(), 0);
     }
 
+    // Which Qt would choose by itself.
+    void speaksNoHttp2()
+    {
+        trust(u"loopback"_s);
+        QSslConfiguration offering = security(u"loopback"_s);
+        offering.setAllowedNextProtocols({"h2", "http/1.1"});
+        RawServer server(offering);
+        server.setAnswer(plain("body"));
+        QCOMPARE(outcome(*m_session, get(server.url())).data, "body");
+    }
+
     // A server that answers the greeting of TLS with something else.
     void failsWhereThereIsNoTLS_data() { addBothRows("answers", "goes away", "answers in the clear"); }
     void failsWhereThereIsNoTLS()
