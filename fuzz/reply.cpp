@@ -4,6 +4,7 @@
 #include "Brevanto/ServerManager/BrevantoServerManager.h"
 #include "Brevanto/ServerManager/QuillfernServerParamsObject.h"
 #include "Brevanto/ServerManager/ServerResponses.h"
+#include "Platform/Foundation/KeyedArchiver.h"
 
 #include <QCoreApplication>
 
@@ -32,6 +33,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                 require(match != nullptr, "a group holds no null match");
                 match->galleryDataSource(); // built now, out of what came
             }
+            constexpr qsizetype limit = 100'000;
+            const QByteArray archive =
+                Platform::KeyedArchiver::archivedData(QVariant::fromValue<Platform::CodablePointer>(group), limit);
+            require(archive.size() <= limit, "an archive keeps to its limit");
         }
     });
     params.setFailureBlock([&](const std::optional<Platform::URLError> &) { ++failures; });

@@ -57,17 +57,6 @@ std::optional<QByteArray> contentOf(const QString &path)
     return file.error() == QFileDevice::NoError ? std::optional(std::move(content)) : std::nullopt;
 }
 
-QByteArray archiveOf(const BrevantoMatchGroupList &groups)
-{
-    QVariantList list;
-    list.reserve(groups.size());
-    for (const auto &group : groups) {
-        if (group)
-            list.append(BrevantoFields::entry(group));
-    }
-    return Platform::KeyedArchiver::archivedData(list);
-}
-
 // None when the archive cannot be decoded. Only groups have an address: what a newer version keeps under it, which is
 // not shown here, does not stand for a group.
 Elements elementsOf(QByteArrayView archive)
@@ -87,9 +76,41 @@ void removeLeftovers(const QString &path)
     }
 }
 
+// The archive of a list of that group alone; empty for a group that is too large.
+QByteArray archiveOf(const std::shared_ptr<BrevantoMatchGroup> &group)
+{
+    constexpr qsizetype listHead = 1;
+    return Platform::KeyedArchiver::archivedData(QVariantList{BrevantoFields::entry(group)},
+                                                 BrevantoRecentsFileManager::largestGroup + listHead);
+}
+
+// Groups that are to be saved. A group that is too large is known by its address and has no bytes.
+class NewElements
+{
+public:
+    explicit NewElements(const BrevantoMatchGroupList &groups)
+    {
+        for (const auto &group : groups) {
+            if (!group)
+                continue;
+            m_archives.push_back(archiveOf(group));
+            const bool isTooLarge = m_archives.back().isEmpty();
+            if (isTooLarge)
+                m_archives.back() = archiveOf(BrevantoMatchGroup::initWithMatches({}, group->adImageUrl()));
+            for (const KeyedArchiveList::Element &element : elementsOf(m_archives.back()))
+                elements.push_back({isTooLarge ? QByteArrayView() : element.bytes, element.text});
+        }
+    }
+
+    Elements elements;
+
+private:
+    std::vector<QByteArray> m_archives; // what the elements are views of
+};
+
 bool isTooLarge(const KeyedArchiveList::Element &group)
 {
-    return group.bytes.size() > BrevantoRecentsFileManager::largestGroup;
+    return group.bytes.isEmpty();
 }
 
 // Puts `group`, unless it is too large, at the front, or in its stead the first stored one with the same ad image
@@ -123,8 +144,8 @@ void BrevantoRecentsFileManager::saveMatchGroupsToFileManager(const BrevantoMatc
     const QString path = filePath();
     if (path.isNull())
         return;
-    const QByteArray newArchive = archiveOf(groups);
-    Elements elements = elementsOf(newArchive);
+    const NewElements added(groups);
+    Elements elements = added.elements;
 
     const auto oldArchive = contentOf(path);
     if (!oldArchive)

@@ -3,7 +3,6 @@
 #include "Platform/Foundation/Faults.h"
 #include "Platform/Foundation/Log.h"
 
-#include <QCborStreamWriter>
 #include <QDateTime>
 
 namespace Platform
@@ -11,6 +10,10 @@ namespace Platform
 
 namespace
 {
+
+// Ends an archive that grows beyond its limit. No std::exception, which would end one record alone.
+struct TooLarge {
+};
 
 // Archives hold instants as their text in UTC, which has years of four digits alone.
 QString instantText(const QDateTime &instant)
@@ -71,24 +74,24 @@ void requireWritable(const QVariant &value, int depth)
 
 } // namespace
 
-KeyedArchiver::KeyedArchiver(QCborStreamWriter &writer)
-    : m_writer(writer)
+KeyedArchiver::KeyedArchiver(qsizetype sizeLimit)
+    : m_sizeLimit(sizeLimit)
 {
 }
 
-QByteArray KeyedArchiver::archivedData(const QVariant &root)
+QByteArray KeyedArchiver::archivedData(const QVariant &root, qsizetype sizeLimit)
 {
-    QByteArray data;
-    QCborStreamWriter writer(&data);
-    KeyedArchiver archiver(writer);
+    KeyedArchiver archiver(sizeLimit);
     try {
         requireWritable(root, 0);
         archiver.write(root);
+    } catch (const TooLarge &) {
+        return {};
     } catch (const std::exception &exception) {
         log(QString::fromUtf8(exception.what()));
-        writer.appendNull();
+        archiver.m_writer.appendNull();
     }
-    return data;
+    return archiver.m_data.size() > sizeLimit ? QByteArray() : archiver.m_data;
 }
 
 void KeyedArchiver::encodeObject(const QVariant &object, QLatin1StringView key)
@@ -100,6 +103,8 @@ void KeyedArchiver::encodeObject(const QVariant &object, QLatin1StringView key)
 
 void KeyedArchiver::write(const QVariant &value)
 {
+    if (m_data.size() > m_sizeLimit)
+        throw TooLarge();
     switch (value.typeId()) {
     case QMetaType::UnknownType:
     case QMetaType::Nullptr:

@@ -3,10 +3,11 @@
 #include "Platform/Foundation/Codable.h"
 
 #include <QByteArray>
+#include <QCborStreamWriter>
 #include <QLatin1StringView>
 #include <QVariant>
 
-class QCborStreamWriter;
+#include <limits>
 
 namespace Platform
 {
@@ -23,20 +24,23 @@ public:
     // How deep an archive may nest; what reads archives refuses more.
     static constexpr int maximumDepth = 128;
 
-    // The archive of `root`. A root that cannot be written gives null.
-    static QByteArray archivedData(const QVariant &root);
+    // The archive of `root`. A root that cannot be written gives null. Empty, given up on as soon as that is known, for
+    // an archive of more than `sizeLimit` bytes: what is shared in memory is written out as often as it is named.
+    static QByteArray archivedData(const QVariant &root, qsizetype sizeLimit = std::numeric_limits<qsizetype>::max());
 
     // For Codable::encodeWithCoder: writes one field. Throws Exception (InvalidArgument), with nothing written, for a
     // value that cannot be written; a record inside the value guards itself.
     void encodeObject(const QVariant &object, QLatin1StringView key);
 
 private:
-    explicit KeyedArchiver(QCborStreamWriter &writer);
+    explicit KeyedArchiver(qsizetype sizeLimit);
 
     void write(const QVariant &value);
     void writeRecord(const Codable &record);
 
-    QCborStreamWriter &m_writer;
+    QByteArray m_data;
+    QCborStreamWriter m_writer{&m_data};
+    const qsizetype m_sizeLimit;
     int m_depth = 0;
 };
 

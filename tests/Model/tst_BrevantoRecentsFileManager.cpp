@@ -1,4 +1,8 @@
+#include "support/MemoryWatch.h"
+
+#include "Brevanto/Model/BrevantoFields.h"
 #include "Brevanto/Model/BrevantoRecentsFileManager.h"
+#include "Brevanto/Model/BrevantoRelatedContent.h"
 
 #include <QCborArray>
 #include <QCborMap>
@@ -139,6 +143,23 @@ private Q_SLOTS:
         QCOMPARE(Recents::getPathForRecentsInDocsFolder(), folderPath());
         QVERIFY(QFileInfo(folderPath()).isDir());
         QVERIFY(!QFileInfo::exists(filePath()));
+    }
+
+    // What is one text in memory would be written out for each record that has it.
+    void keepsNoGroupThatGrowsAsItIsWritten()
+    {
+        QVariantList videos;
+        for (int i = 0; i < 1000; ++i)
+            videos.append(BrevantoFields::entry(std::make_shared<BrevantoRelatedContent>()));
+        const QVariant date = QString(1'000'000, u'x');
+        for (const QVariant &video : std::as_const(videos))
+            BrevantoFields::record<BrevantoRelatedContent>(video)->setDate(date);
+        const auto large = group(u"large"_s);
+        large->listOfMatches().constFirst()->setVids(videos);
+        const MemoryWatch watch;
+        Recents::saveMatchGroupsToFileManager({large, group(u"small"_s)});
+        QVERIFY2(watch.growth() < 32 * MemoryWatch::mebibyte, QByteArray::number(watch.growth()));
+        QCOMPARE(stored(), QStringList{u"small:first"_s});
     }
 
     void saves_data()
