@@ -1,9 +1,12 @@
 #include "Brevanto/ServerManager/ServerResponses.h"
 
+#include "Platform/Foundation/Log.h"
+
 #include <QJsonDocument>
 
 #include <cmath>
 #include <numeric>
+#include <string_view>
 
 namespace
 {
@@ -12,12 +15,24 @@ namespace
 // matches, as services send them, stays below this.
 constexpr int mostValues = 500'000;
 
+// Lists come as texts with commas too, which may be escaped.
+int escapedCommas(std::string_view data)
+{
+    constexpr std::string_view escape = "\\u002";
+    int count = 0;
+    for (auto at = data.find(escape); at != data.npos; at = data.find(escape, at + escape.size())) {
+        const auto rest = data.substr(at + escape.size());
+        count += rest.starts_with('c') || rest.starts_with('C');
+    }
+    return count;
+}
+
 // A comma or an opening bracket stands before each value. Compilers make far better loops of an int that counts bytes
 // than of std::count_if's long one.
 bool hasTooManyValues(const QByteArray &data)
 {
     const auto counted = [](int count, char byte) { return count + (byte == ',' || byte == '[' || byte == '{'); };
-    return std::accumulate(data.begin(), data.end(), 0, counted) > mostValues;
+    return std::accumulate(data.begin(), data.end(), escapedCommas({data.data(), size_t(data.size())}), counted) > mostValues;
 }
 
 // Undefined for bytes that do not decode or hold too much, and for a list or a lone value, of which no answer that is
@@ -36,6 +51,12 @@ double integerValue(const QJsonValue &value)
     return std::trunc(value.isString() ? value.toString().toDouble() : value.toDouble());
 }
 
+void logFailure(const std::optional<Platform::URLError> &error)
+{
+    Platform::log(QStringLiteral("A request failed: %1")
+                      .arg(error ? error->description : QStringLiteral("its answer is not accepted")));
+}
+
 void complete(const QuillfernServerParamsObject &params, const BrevantoServerResult &result)
 {
     if (params.completionBlock())
@@ -44,6 +65,7 @@ void complete(const QuillfernServerParamsObject &params, const BrevantoServerRes
 
 void fail(const QuillfernServerParamsObject &params, const std::optional<Platform::URLError> &error)
 {
+    logFailure(error);
     if (params.failureBlock())
         params.failureBlock()(error);
 }
@@ -52,8 +74,10 @@ void handleServiceAnswer(BrevantoServerManager &manager, const QuillfernServerPa
                          const QByteArray &data)
 {
     const QJsonValue json = decoded(data);
-    if (!BrevantoServerManager::verifyTheJSONResponse(json))
+    if (!BrevantoServerManager::verifyTheJSONResponse(json)) {
+        logFailure(std::nullopt);
         return;
+    }
     const auto result = BrevantoServerManager::parseObjectFromDict(json.toObject(), params.apiRequestCode());
     manager.deleteOldObjectAndSaveNew(result, params);
     complete(params, result);

@@ -291,6 +291,9 @@ private Q_SLOTS:
             "failure nil");
         row("addresses without end",
             answer("[{\"app_img\":\"a\",\"ad_rel_img\":\"" + QByteArray(8'000'000, ',') + "\"}]"), "failure nil");
+        row("addresses without end, escaped",
+            answer("[{\"app_img\":\"a\",\"ad_rel_img\":\"" + QByteArray("\\u002c\\u002C").repeated(300'000) + "\"}]"),
+            "failure nil");
         const QByteArray png = TestImages::png(TestImages::quarters({4, 2}));
         row("picture of another type", png, "failure nil", "completion image 4x2", "text/html");
         row("picture of 16 bits", TestImages::png(TestImages::quarters({4, 2}).convertToFormat(QImage::Format_RGBA64)),

@@ -20,7 +20,7 @@ const QByteArray matchesAnswer =
 const QByteArray rejectedAnswer = R"({"status":{"code":3,"message":"Success"},"data":{}})";
 const QByteArray shortAnswer = R"({"status_code":200,"status_txt":"OK","data":{"url":"http://s/1"}})";
 
-const Platform::URLError noConnection{Platform::URLError::Code::CannotConnect, {}};
+const Platform::URLError noConnection{Platform::URLError::Code::CannotConnect, u"nobody listens"_s};
 
 } // namespace
 
@@ -130,11 +130,15 @@ private Q_SLOTS:
             data = body;
         if (transport & Error)
             error = noConnection;
+        QFETCH(const QString, call);
+        if (call.startsWith(u"failure"))
+            QTest::ignoreMessage(QtInfoMsg, call == u"failure nil" ? "A request failed: its answer is not accepted"
+                                                                   : "A request failed: nobody listens");
         if (target == Post)
             handlePostResponse(params, data, error);
         else
             handleGetResponse(*BrevantoServerManager::create(), params, data, error);
-        QTEST(recorder.calls().join(u','), "call");
+        QCOMPARE(recorder.calls().join(u','), call);
     }
 
     void toleratesEmptyBlocks()
