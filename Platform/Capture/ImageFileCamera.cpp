@@ -1,6 +1,7 @@
 #include "Platform/Capture/ImageFileCamera.h"
 
 #include "Platform/Capture/CaptureQueue.h"
+#include "Platform/Foundation/Log.h"
 #include "Platform/Graphics/Image.h"
 
 #include <QBuffer>
@@ -157,6 +158,8 @@ private:
 ImageFileCamera::ImageFileCamera(const QString &path)
     : m_files(pictureFiles(path))
 {
+    if (m_files.isEmpty())
+        log(QStringLiteral("There are no pictures for a camera at %1").arg(QFileInfo(path).absoluteFilePath()));
 }
 
 ImageFileCamera::~ImageFileCamera()
