@@ -5,8 +5,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <condition_variable>
+#include <cstdio>
 #include <map>
 #include <mutex>
 #include <stdexcept>
@@ -204,9 +206,21 @@ struct HttpServer::Callbacks {
         return queued;
     }
 
+    // What one request asks too much of leaves the others alone. Nothing may be thrown through the library.
+    static HttpResponse answerOf(HttpHandler &handler, const HttpRequest &request)
+    {
+        try {
+            return handler.answer(request);
+        } catch (const std::exception &exception) {
+            std::fprintf(stderr, "%s %s: %s\n", request.method.constData(), qPrintable(request.path),
+                         exception.what());
+            return handler.refusal(500, QStringLiteral("The service cannot answer this"));
+        }
+    }
+
     static MHD_Result answer(HttpServer &server, MHD_Connection *connection, const HttpRequest &request)
     {
-        HttpResponse response = server.m_handler.answer(request);
+        HttpResponse response = answerOf(server.m_handler, request);
         // How long that took is not the client's fault: the library counts its silence from here on.
         MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT, 0U);
         MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
@@ -234,6 +248,7 @@ struct HttpServer::Callbacks {
             return answer(server, connection, request);
         if (length > server.m_options.bodyLimit)
             return send(server, connection, server.m_handler.refusal(413, QStringLiteral("The body is too large")));
+        static_cast<Exchange *>(*context)->request.body.reserve(qsizetype(std::max(length, qint64{0})));
         return MHD_YES;
     }
 

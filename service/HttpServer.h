@@ -91,7 +91,8 @@ public:
         /// 0 takes a free port.
         std::uint16_t port = 8750;
         unsigned connectionLimit = 64;
-        qint64 bodyLimit = qint64{16} * 1024 * 1024;
+        /// An upload has some 5 KB. As many of these as there may be connections can be held at once.
+        qint64 bodyLimit = qint64{4} * 1024 * 1024;
         /// A connection on which nothing moves for this long is closed.
         std::chrono::seconds idleTimeout{10};
         /// The head of a request, and then its body, must each arrive in this time, however steadily they trickle; the

@@ -135,14 +135,14 @@ HttpResponse Service::refusal(int status, const QString &reason) const
 
 HttpResponse Service::upload(const HttpRequest &request)
 {
+    QElapsedTimer timer;
+    timer.start();
+    // Before the photo is copied out of the body, so that those who wait hold it once.
+    m_cores->acquire();
+    const QSemaphoreReleaser turn(m_cores.get());
     const UploadBody body = readUploadBody(request.headers.value("content-type"), request.body);
     if (!body.fault.isNull())
         return refusal(400, body.fault);
-
-    QElapsedTimer timer;
-    timer.start();
-    m_cores->acquire();
-    const QSemaphoreReleaser turn(m_cores.get());
     const GreyImage photo = readPhoto(body.photo);
     if (!photo.fault.isNull())
         return refusal(400, photo.fault);
