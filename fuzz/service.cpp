@@ -14,7 +14,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace
@@ -81,6 +84,32 @@ quint16 port()
     return number;
 }
 
+int connection()
+{
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    // The ports of one address are used up after so many connections in a minute, and one that the system gives may
+    // have been used with this server a moment ago.
+    for (int tries = 0; tries < 100; ++tries) {
+        static quint32 count = 0;
+        const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        address.sin_port = 0;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK + ++count % 200);
+        require(bind(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0,
+                "there is a free port");
+        address.sin_port = htons(port());
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        if (connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
+            return client;
+        const int error = errno;
+        std::fprintf(stderr, "connect: %s\n", std::strerror(error));
+        require(error == EADDRNOTAVAIL, "the server listens");
+        close(client);
+    }
+    require(false, "the server can be reached");
+    return -1;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -97,16 +126,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         + (body.isEmpty() ? QByteArray() : "\r\nContent-Length: " + QByteArray::number(body.size())) + "\r\n\r\n"
         + body;
 
-    const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    // The ports of one address are used up after so many connections in a minute.
-    static quint32 count = 0;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK + ++count % 200);
-    require(bind(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0, "there is a free port");
-    address.sin_port = htons(port());
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    require(connect(client, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0, "the server listens");
+    const int client = connection();
     send(client, request.constData(), static_cast<std::size_t>(request.size()), MSG_NOSIGNAL);
     shutdown(client, SHUT_WR);
     char answer[1 << 16];
