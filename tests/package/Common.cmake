@@ -21,11 +21,15 @@ function(configure project)
     set(OUTPUT "${OUTPUT}" PARENT_SCOPE)
 endfunction()
 
+function(start program)
+    run(${SOURCE_DIR}/script/with-display ${program})
+endfunction()
+
 # Builds one of the outside hosts and starts it.
 function(build_and_run host)
     configure(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/${host} ${ARGN})
     run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
-    run(${SOURCE_DIR}/script/with-display ${WORK_DIR}/build/consumer)
+    start(${WORK_DIR}/build/${host}_consumer)
 endfunction()
 
 file(REMOVE_RECURSE ${WORK_DIR})

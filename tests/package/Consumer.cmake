@@ -24,5 +24,5 @@ if(pkg_config AND NOT SANITIZE)
     cmake_path(GET folder PARENT_PATH libraries)
     run(${COMPILER} -std=c++20 -fPIC ${CMAKE_CURRENT_LIST_DIR}/cpp/main.cpp -o ${WORK_DIR}/consumer ${flags}
         -Wl,-rpath,${libraries})
-    run(${SOURCE_DIR}/script/with-display ${WORK_DIR}/consumer)
+    start(${WORK_DIR}/consumer)
 endif()
