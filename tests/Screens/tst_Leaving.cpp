@@ -13,6 +13,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
@@ -32,7 +33,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("midst");
         QTest::addColumn<QString>("end");
-        for (const char *midst : {"animation", "request", "upload", "gallery", "video"}) {
+        for (const char *midst : {"animation", "request", "upload", "gallery", "video", "half a video"}) {
             for (const char *end : {"quit", "exit"})
                 QTest::addRow("%s, %s", midst, end) << QString::fromLatin1(midst) << QString::fromLatin1(end);
         }
@@ -67,7 +68,6 @@ public:
         : m_address(m_server.url(QString()))
     {
         m_camera->scene = TestImages::quarters({600, 800});
-        m_camera->jpeg = TestImages::jpeg(m_camera->scene);
         Platform::CaptureDevice::registerDevice(m_camera);
         m_server.setAnswer(RawServer::Answer::stall(RawServer::Stage::Head));
     }
@@ -81,7 +81,9 @@ public:
         if (midst == u"upload"_s)
             return beginUpload();
         if (midst == u"video"_s)
-            return beginVideo();
+            return beginVideo(RawServer::Stage::Everything);
+        if (midst == u"half a video"_s)
+            return beginVideo(RawServer::Stage::HalfBody);
         if (midst == u"gallery"_s)
             showGallery();
         else
@@ -137,34 +139,54 @@ private:
         const auto hasMarkers = [ad] { return ad->view()->viewWithTag(BrevantoAdVC::firstHotspotTag) != nullptr; };
         if (!QTest::qWaitFor(hasMarkers, 20000))
             return false;
-        ad->navigationController()->pushViewController(make<BrevantoPhotoGalleryVC>(), true);
-        QTest::qWait(50);
-        return true;
+        Platform::NavigationController *stack = ad->navigationController();
+        // Again, where a busy machine shows it at its end only.
+        const auto isOnItsWay = [&] {
+            if (!stack->isInTransition()) {
+                if (stack->topViewController() != ad)
+                    stack->popViewController(false);
+                stack->pushViewController(make<BrevantoPhotoGalleryVC>(), true);
+            }
+            const Platform::View *screen = stack->topViewController()->view();
+            return screen->x() > 0 && screen->x() < screen->width();
+        };
+        return QTest::qWaitFor(isOnItsWay, 20000);
     }
 
+    // The server reads the beginning of a photo that is more than the system takes at once.
     bool beginUpload()
     {
+        QImage noise(480, 8000, QImage::Format_Grayscale8);
+        QRandomGenerator(1).fillRange(reinterpret_cast<quint32 *>(noise.bits()), noise.sizeInBytes() / 4);
+        m_camera->jpeg = TestImages::jpeg(noise);
+        m_server.setIntake(1000);
         auto made = make<BrevantoCameraVC>();
         BrevantoCameraVC *camera = made.get();
         m_window.push(std::move(made));
         if (!QTest::qWaitFor([this] { return m_camera->isDelivering(); }, 20000))
             return false;
         m_window.tap(camera->view()->findChild<QQuickItem *>(u"captureButton"_s));
-        return isAsked();
+        return QTest::qWaitFor([this] { return m_server.fullCount() > 0; }, 20000);
     }
 
-    bool beginVideo()
+    bool beginVideo(RawServer::Stage stage)
     {
         QFile clip(QStringLiteral(CLIPS "/velkesta-ride.mp4"));
         if (!clip.open(QIODevice::ReadOnly))
             return false;
-        RawServer::Answer answer;
-        answer.body = clip.readAll();
-        m_server.setAnswer(answer);
+        const RawServer::Answer answer{.body = clip.readAll(), .stage = stage};
+        m_server.setHandler([answer](const RawServer::Request &request) {
+            return request.target == "/clip.mp4" ? answer : RawServer::Answer{.status = 404};
+        });
         BrevantoAdVC *ad = showAd();
         ad->openAvPlayerControllerWithUrl(m_server.url(u"/clip.mp4"_s));
-        const auto *player = qobject_cast<Platform::PlayerViewController *>(ad->presentedViewController());
-        return player && QTest::qWaitFor([player] { return player->player()->position() > 0; }, 20000);
+        const auto *shown = qobject_cast<Platform::PlayerViewController *>(ad->presentedViewController());
+        const auto isInTheMidst = [this, &answer, player = shown ? shown->player() : nullptr] {
+            if (answer.stage == RawServer::Stage::Everything)
+                return player->position() > 0;
+            return m_server.sentSize() > answer.body.size() / 2 && player->isWaiting();
+        };
+        return shown && QTest::qWaitFor(isInTheMidst, 20000);
     }
 
     FakeReachability m_network;

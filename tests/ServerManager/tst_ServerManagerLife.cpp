@@ -26,27 +26,43 @@ class tst_ServerManagerLife : public QObject
 private Q_SLOTS:
     void leavesWithRequestsRunning_data()
     {
-        addColumns<QString, RawServer::Answer>("way", "answer");
-        const RawServer::Answer none = RawServer::Answer::stall();
-        const RawServer::Answer endless{
-            .body = QByteArray(0x8000, 'x'), .head = "HTTP/1.1 200 OK\r\nX-Y: ", .then = RawServer::Then::Repeat};
-        QTest::newRow("main returns") << u"return"_s << none;
-        QTest::newRow("main returns while heads go on") << u"return"_s << endless;
-        QTest::newRow("exit") << u"exit"_s << none;
-        QTest::newRow("exit while heads go on") << u"exit"_s << endless;
-        QTest::newRow("exit while the host holds the session") << u"hold"_s << none;
+        using Stage = std::function<bool(RawServer &)>;
+        addColumns<QString, Stage, Stage>("way", "prepare", "isReached");
+        const auto row = [](const char *name, const auto &prepare, const Stage &isReached) {
+            const Stage prepared = [prepare](RawServer &server) { return prepare(server), true; };
+            QTest::addRow("main returns, %s", name) << u"return"_s << prepared << isReached;
+            QTest::addRow("exit, %s", name) << u"exit"_s << prepared << isReached;
+            QTest::addRow("exit, %s, the host holds the session", name) << u"hold"_s << prepared << isReached;
+        };
+        const auto areAsked = [](RawServer &server) { return server.requestCount() == 2; };
+        row(
+            "nobody lets it in", [](RawServer &server) { server.setDoor(RawServer::Door::Full); },
+            [](RawServer &server) { return server.waitingCount() == 2; });
+        row(
+            "an upload is under way", [](RawServer &server) { server.setIntake(1000); },
+            [](RawServer &server) { return server.fullCount() == 1 && server.connectionCount() == 2; });
+        row(
+            "no answer", [](RawServer &server) { server.setAnswer(RawServer::Answer::stall()); }, areAsked);
+        row(
+            "heads go on",
+            [](RawServer &server) {
+                server.setAnswer({.body = QByteArray(0x8000, 'x'),
+                                  .head = "HTTP/1.1 200 OK\r\nX-Y: ",
+                                  .then = RawServer::Then::Repeat});
+            },
+            [=](RawServer &server) { return areAsked(server) && server.sentSize() > 4 * MemoryWatch::mebibyte; });
     }
     void leavesWithRequestsRunning()
     {
         QFETCH(QString, way);
-        QFETCH(RawServer::Answer, answer);
+        QFETCH(std::function<bool(RawServer &)>, prepare);
+        QFETCH(std::function<bool(RawServer &)>, isReached);
         RawServer server;
-        server.setAnswer(answer);
+        prepare(server);
         QProcess process;
         process.setProcessChannelMode(QProcess::ForwardedChannels);
         process.start(QCoreApplication::applicationFilePath(), {u"--leave"_s, way, server.url(QString())});
-        QTRY_COMPARE(server.requestCount(), 2);
-        QTRY_VERIFY(answer.then != RawServer::Then::Repeat || server.sentSize() > 4 * MemoryWatch::mebibyte);
+        QTRY_VERIFY(isReached(server));
         process.write("\n");
         process.closeWriteChannel();
         QVERIFY(process.waitForFinished());
@@ -149,7 +165,8 @@ void sendRequests(const QString &server)
     const auto token = std::make_shared<int>();
     runningRequests = token;
     const auto failure = [token](const std::optional<Platform::URLError> &) { std::fputs("called\n", stderr); };
-    BrevantoServerManager::sharedServerManager()->postCapturedImageData("jpeg", nullptr, failure);
+    const QByteArray photo(16 * MemoryWatch::mebibyte, 'x'); // more than the system takes at once
+    BrevantoServerManager::sharedServerManager()->postCapturedImageData(photo, nullptr, failure);
     BrevantoServerManager::sharedServerManager()->getImage(server, nullptr, failure);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Handover.h"
 
+#include <QFile>
 #include <QMutexLocker>
 #include <QPointer>
 #include <QSslServer>
@@ -9,6 +10,8 @@
 
 #include <future>
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +42,14 @@ void reset(QTcpSocket &socket)
     const linger atOnce{1, 0};
     setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
     socket.abort();
+}
+
+void end(QTcpSocket &socket, RawServer::Then then)
+{
+    if (then == RawServer::Then::Close)
+        socket.disconnectFromHost();
+    else if (then == RawServer::Then::Reset)
+        reset(socket);
 }
 
 void repeat(QTcpSocket &socket, const QByteArray &body)
@@ -75,6 +86,27 @@ bool takeRequest(QByteArray &received, RawServer::Request &request)
     return true;
 }
 
+// Speaks TLS, unless it has something else to say.
+class SecureServer final : public QSslServer
+{
+public:
+    using QSslServer::QSslServer;
+
+    std::function<void(QTcpSocket *)> greet;
+
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        if (!greet) {
+            QSslServer::incomingConnection(descriptor);
+            return;
+        }
+        auto *socket = new QTcpSocket(this);
+        socket->setSocketDescriptor(descriptor);
+        greet(socket);
+    }
+};
+
 } // namespace
 
 class RawServer::Listener final : public Platform::BlockReceiver
@@ -82,17 +114,58 @@ class RawServer::Listener final : public Platform::BlockReceiver
 public:
     Listener(RawServer &owner, const std::optional<QSslConfiguration> &security)
         : m_owner(owner)
-        , m_server(security ? new QSslServer(this) : new QTcpServer(this))
+        , m_secureServer(security ? new SecureServer(this) : nullptr)
+        , m_server(m_secureServer ? m_secureServer : new QTcpServer(this))
     {
         if (security)
-            static_cast<QSslServer *>(m_server)->setSslConfiguration(*security);
+            setSecurity(*security);
         connect(m_server, &QTcpServer::pendingConnectionAvailable, this, &Listener::accept);
     }
 
-    quint16 listen()
+    quint16 listen(quint16 port = 0)
     {
-        m_server->listen(QHostAddress::LocalHost);
+        if (!m_server->listen(QHostAddress::LocalHost, port))
+            qFatal("cannot listen: %s", qPrintable(m_server->errorString()));
         return m_server->serverPort();
+    }
+
+    void setDoor(Door door)
+    {
+        m_visitor.reset();
+        if (door == Door::Closed) {
+            m_server->close();
+            return;
+        }
+        if (!m_server->isListening())
+            listen(m_owner.m_port);
+        if (door == Door::Open) {
+            ::listen(descriptor(), m_server->listenBacklogSize());
+            m_server->resumeAccepting();
+            return;
+        }
+        // There is room for one.
+        m_server->pauseAccepting();
+        ::listen(descriptor(), 0);
+        m_visitor = std::make_unique<QTcpSocket>();
+        m_visitor->connectToHost(QHostAddress::LocalHost, m_owner.m_port);
+        if (!m_visitor->waitForConnected())
+            qFatal("cannot fill the server: %s", qPrintable(m_visitor->errorString()));
+    }
+
+    void setGreeting(const std::optional<QByteArray> &bytes, Then then)
+    {
+        m_secureServer->greet = nullptr;
+        if (bytes)
+            m_secureServer->greet = [this, bytes = *bytes, then](QTcpSocket *socket) { greet(socket, bytes, then); };
+    }
+
+    void setSecurity(const QSslConfiguration &security) { m_secureServer->setSslConfiguration(security); }
+
+    // Clients' systems hold back what does not fit.
+    void setRoom(int receiveBufferSize, int segmentSize)
+    {
+        setsockopt(descriptor(), SOL_SOCKET, SO_RCVBUF, &receiveBufferSize, sizeof receiveBufferSize);
+        setsockopt(descriptor(), IPPROTO_TCP, TCP_MAXSEG, &segmentSize, sizeof segmentSize);
     }
 
     void resume(qsizetype size)
@@ -121,6 +194,27 @@ private:
         QByteArray rest;
     };
 
+    int descriptor() const { return static_cast<int>(m_server->socketDescriptor()); }
+
+    void watch(QTcpSocket *socket)
+    {
+        ++m_owner.m_openCount;
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QTcpSocket::disconnected, this, [this] { --m_owner.m_openCount; });
+    }
+
+    // As soon as the client has begun.
+    void greet(QTcpSocket *socket, const QByteArray &bytes, Then then)
+    {
+        watch(socket);
+        const auto answer = [socket, bytes, then] {
+            socket->readAll();
+            socket->write(bytes);
+            end(*socket, then);
+        };
+        connect(socket, &QTcpSocket::readyRead, socket, answer, Qt::SingleShotConnection);
+    }
+
     void accept()
     {
         while (QTcpSocket *socket = m_server->nextPendingConnection()) {
@@ -133,9 +227,7 @@ private:
                 intake = m_owner.m_intake;
                 then = m_owner.m_thenOfIntake;
             }
-            ++m_owner.m_openCount;
-            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-            connect(socket, &QTcpSocket::disconnected, this, [this] { --m_owner.m_openCount; });
+            watch(socket);
             if (intake) {
                 fill(socket, *intake, then);
                 continue;
@@ -151,14 +243,12 @@ private:
 
     void fill(QTcpSocket *socket, qint64 size, Then then)
     {
-        socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 1 << 16);
         socket->setReadBufferSize(size);
         const auto look = [this, socket, size, then] {
             if (socket->bytesAvailable() < size || m_full.contains(socket))
                 return;
             m_full.append(socket);
-            if (then == Then::Reset)
-                reset(*socket);
+            end(*socket, then);
             ++m_owner.m_fullCount;
         };
         connect(socket, &QTcpSocket::readyRead, this, look);
@@ -186,18 +276,17 @@ private:
         else if (answer.stage == Stage::HalfBody)
             size = head.size() + answer.body.size() / 2;
         socket->write(all.first(size));
-        if (answer.then == Then::Close)
-            socket->disconnectFromHost();
-        else if (answer.then == Then::Reset)
-            reset(*socket);
-        else if (answer.then == Then::Repeat)
+        end(*socket, answer.then);
+        if (answer.then == Then::Repeat)
             repeat(*socket, answer.body);
-        else if (size < all.size())
+        else if (answer.then == Then::KeepOpen && size < all.size())
             m_stalled.append({socket, all.sliced(size)});
     }
 
     RawServer &m_owner;
+    SecureServer *m_secureServer; // null without TLS
     QTcpServer *m_server;
+    std::unique_ptr<QTcpSocket> m_visitor; // in a full door
     QList<Stalled> m_stalled;
     QList<QPointer<QTcpSocket>> m_full;
 };
@@ -226,9 +315,7 @@ RawServer::RawServer(const std::optional<QSslConfiguration> &security)
     QObject::connect(&m_thread, &QThread::finished, m_listener, &QObject::deleteLater);
     m_thread.setObjectName(u"RawServer"_s);
     m_thread.start();
-    std::promise<quint16> port;
-    m_listener->post([&] { port.set_value(m_listener->listen()); });
-    m_port = port.get_future().get();
+    doThere([this] { m_port = m_listener->listen(); });
 }
 
 RawServer::~RawServer()
@@ -255,6 +342,30 @@ void RawServer::setHandler(Handler handler)
     m_handler = std::move(handler);
 }
 
+void RawServer::setDoor(Door door)
+{
+    doThere([this, door] { m_listener->setDoor(door); });
+}
+
+int RawServer::waitingCount() const
+{
+    QFile connections(u"/proc/net/tcp"_s);
+    if (!connections.open(QIODevice::ReadOnly))
+        return 0;
+    return static_cast<int>(
+        connections.readAll().count(u":%1 02 "_s.arg(m_port, 4, 16, QLatin1Char('0')).toUpper().toLatin1()));
+}
+
+void RawServer::setGreeting(const std::optional<QByteArray> &bytes, Then then)
+{
+    doThere([this, &bytes, then] { m_listener->setGreeting(bytes, then); });
+}
+
+void RawServer::setSecurity(const QSslConfiguration &security)
+{
+    doThere([this, &security] { m_listener->setSecurity(security); });
+}
+
 void RawServer::resume(qsizetype size)
 {
     m_listener->post([listener = m_listener, size] { listener->resume(size); });
@@ -262,9 +373,12 @@ void RawServer::resume(qsizetype size)
 
 void RawServer::setIntake(std::optional<qint64> size, Then then)
 {
-    const QMutexLocker lock(&m_mutex);
-    m_intake = size;
-    m_thenOfIntake = then;
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_intake = size;
+        m_thenOfIntake = then;
+    }
+    doThere([this, size] { m_listener->setRoom(size ? 1 << 12 : 1 << 16, size ? 536 : 0); });
 }
 
 void RawServer::readOn(qint64 size)
@@ -287,4 +401,15 @@ int RawServer::connectionCount() const
 {
     const QMutexLocker lock(&m_mutex);
     return m_connectionCount;
+}
+
+// Waits until it is done.
+void RawServer::doThere(const std::function<void()> &work)
+{
+    std::promise<void> isDone;
+    m_listener->post([&] {
+        work();
+        isDone.set_value();
+    });
+    isDone.get_future().wait();
 }

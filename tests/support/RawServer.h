@@ -32,6 +32,8 @@ public:
     enum class Stage { Nothing, HalfHead, Head, HalfBody, Everything };
     // What comes after that: Repeat is the body again and again, until the client goes.
     enum class Then { KeepOpen, Close, Reset, Repeat };
+    // Who gets in: at a closed door nobody listens, at a full one the system answers no first packet any more.
+    enum class Door { Open, Closed, Full };
 
     struct Answer {
         int status = 200;
@@ -59,10 +61,18 @@ public:
     void setAnswer(const Answer &answer);
     void setHandler(Handler handler);
 
+    void setDoor(Door door);
+    // How many clients stand before a full door. Linux tells.
+    int waitingCount() const;
+    // With TLS: what new connections get in place of a greeting. Nothing: the greeting, as at first.
+    void setGreeting(const std::optional<QByteArray> &bytes, Then then = Then::KeepOpen);
+    // The certificate of new connections.
+    void setSecurity(const QSslConfiguration &security);
+
     // Sends the rest of the answers that stalled, or only so many bytes of each.
     void resume(qsizetype size = std::numeric_limits<qsizetype>::max());
-    // From new connections so much is read, and then no more; with Reset, they are reset then. Nothing: all, as at
-    // first.
+    // From new connections so much is read, and then no more, and little waits in the system; with Reset, they are
+    // reset then. Nothing: all, as at first.
     void setIntake(std::optional<qint64> size, Then then = Then::KeepOpen);
     // Reads so much more from those that wait, and throws it away.
     void readOn(qint64 size);
@@ -81,6 +91,8 @@ public:
 private:
     class Listener;
     friend class Listener;
+
+    void doThere(const std::function<void()> &work);
 
     QThread m_thread;
     const QString m_scheme;
