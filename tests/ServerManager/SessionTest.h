@@ -5,6 +5,8 @@
 
 #include "Platform/Network/URLSession.h"
 
+#include <QFile>
+#include <QSslKey>
 #include <QTest>
 
 #include <future>
@@ -59,6 +61,40 @@ inline RawServer::Answer plain(const QByteArray &body)
     return {.body = body};
 }
 
+// Certificates that nobody but these tests trusts, all with the one key that lies beside them.
+inline QByteArray certificate(const QString &name)
+{
+    QFile file(QStringLiteral(CERTIFICATES "/%1.pem").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(file.fileName()));
+    return file.readAll();
+}
+
+inline QSslConfiguration security(const QString &name)
+{
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setLocalCertificate(QSslCertificate(certificate(name)));
+    configuration.setPrivateKey(QSslKey(certificate(QStringLiteral("key")), QSsl::Ec));
+    return configuration;
+}
+
+// Until the test's end.
+inline void trust(const QString &name)
+{
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.addCaCertificate(QSslCertificate(certificate(name)));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+}
+
+// The beginning of a server's greeting.
+inline QByteArray halfAGreeting()
+{
+    return QByteArray::fromHex("160303007a0200007603030000000000000000");
+}
+
+// More requests than a session has connections to one host.
+constexpr int manyRequests = 7;
+
 // Tests of one session against one server of its own.
 class SessionTest : public QObject
 {
@@ -80,7 +116,9 @@ protected Q_SLOTS:
         QVERIFY2(growth < 48 * MemoryWatch::mebibyte, QByteArray::number(growth));
         m_server->setAnswer({.body = "next"});
         m_server->setIntake({});
+        m_server->setDoor(RawServer::Door::Open);
         QCOMPARE(dataOf(outcome(*m_session, get(m_server->url()))), QByteArray("next"));
+        QSslConfiguration::setDefaultConfiguration(m_security);
     }
 
 protected:
@@ -88,5 +126,6 @@ protected:
     std::unique_ptr<Platform::URLSession> m_session;
 
 private:
+    const QSslConfiguration m_security = QSslConfiguration::defaultConfiguration();
     MemoryWatch m_memory;
 };

@@ -2,10 +2,6 @@
 #include "support/ManualClock.h"
 #include "support/Table.h"
 
-#include <QPointer>
-#include <QTcpServer>
-#include <QTcpSocket>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Platform::URLError;
@@ -112,33 +108,40 @@ private Q_SLOTS:
         QTEST(seen.error->code, "code");
     }
 
-    void endsAGreetingThatStalls_data()
+    void endsAConnectionThatStalls_data()
     {
-        QTest::addColumn<QByteArray>("greeting");
-        QTest::newRow("nothing") << QByteArray();
-        QTest::newRow("half") << QByteArray::fromHex("160303007a0200007603030000000000000000");
+        addColumns<RawServer::Door, QByteArray>("door", "greeting");
+        QTest::newRow("before it stands") << RawServer::Door::Full << QByteArray();
+        QTest::newRow("before the greeting") << RawServer::Door::Open << QByteArray();
+        QTest::newRow("within the greeting") << RawServer::Door::Open << halfAGreeting();
     }
-    void endsAGreetingThatStalls()
+    void endsAConnectionThatStalls()
     {
+        QFETCH(RawServer::Door, door);
         QFETCH(QByteArray, greeting);
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        QPointer<QTcpSocket> socket;
-        connect(&server, &QTcpServer::newConnection, &server, [&] {
-            socket = server.nextPendingConnection();
-            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-            socket->write(greeting);
-        });
-        ManualClock clock;
-        URLRequest request = get(u"https://127.0.0.1:%1/"_s.arg(server.serverPort()));
+        trust(u"loopback"_s);
+        RawServer safe(security(u"loopback"_s));
+        safe.setAnswer(plain("next"));
+        safe.setGreeting(greeting);
+        safe.setDoor(door);
+        const auto stalled = [&safe] { return safe.waitingCount() + safe.openConnectionCount(); };
+        URLRequest request = get(safe.url());
         request.timeout = 10s;
-        std::future<Outcome> future = start(*m_session, request);
-        QTRY_VERIFY(socket && socket->bytesAvailable() > 0);
-        QCOMPARE(secondsToTheEnd(
-                     future, clock, [] {}, false),
-                 12);
-        QCOMPARE(future.get().error.value().code, URLError::Code::TimedOut);
-        QTRY_VERIFY(!socket); // or it would be kept for others
+        {
+            ManualClock clock;
+            for (int i = 0; i < manyRequests; ++i) {
+                std::future<Outcome> future = start(*m_session, request);
+                QTRY_COMPARE(stalled(), 1);
+                QCOMPARE(secondsToTheEnd(
+                             future, clock, [] {}, false),
+                         12);
+                QCOMPARE(future.get().error.value().code, URLError::Code::TimedOut);
+                QTRY_COMPARE(stalled(), 0); // or it would be kept for others
+            }
+        }
+        safe.setDoor(RawServer::Door::Open);
+        safe.setGreeting({});
+        QCOMPARE(dataOf(outcome(*m_session, request)), QByteArray("next"));
     }
 
     void cutsOffALargeBody_data()
