@@ -176,8 +176,8 @@ RawServer::Answer CameraScreen::matches(const QStringList &adImages)
     return RawServer::Answer::json(QJsonDocument(envelope).toJson());
 }
 
-void CameraScreen::prepareAnswer(RawServer::Answer answer)
+void CameraScreen::prepareAnswer(RawServer::Answer answer, RawServer::Stage stage)
 {
-    answer.stage = RawServer::Stage::Head;
+    answer.stage = stage;
     server.setAnswer(answer);
 }

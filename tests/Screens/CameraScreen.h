@@ -60,8 +60,8 @@ public:
 
     // An answer of the service: a match for each of these ad images.
     static RawServer::Answer matches(const QStringList &adImages);
-    // The service gives this answer; after its head it waits for server.resume().
-    void prepareAnswer(RawServer::Answer answer);
+    // The service gives this answer; from that stage on it waits for server.resume().
+    void prepareAnswer(RawServer::Answer answer, RawServer::Stage stage = RawServer::Stage::Head);
 
     ManualClock &clock = sharedClock();
     RawServer server;

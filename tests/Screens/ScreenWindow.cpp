@@ -1,5 +1,8 @@
 #include "ScreenWindow.h"
 
+#include "Brevanto/ServerManager/BrevantoServerManager.h"
+#include "Platform/Foundation/DispatchQueue.h"
+
 #include <QTest>
 
 Platform::NavigationController *ScreenWindow::push(std::unique_ptr<Platform::ViewController> screen)
@@ -15,4 +18,20 @@ Platform::NavigationController *ScreenWindow::push(std::unique_ptr<Platform::Vie
     if (!QTest::qWaitFor([&] { return presented->topViewController() == pushed && pushed->isVisible(); }))
         qFatal("The screen did not appear");
     return presented;
+}
+
+bool settle(const RawServer &server)
+{
+    for (int i = 0; i < 2; ++i) {
+        QObject here;
+        bool isAnswered = false;
+        const auto answered = [&](const auto &) {
+            Platform::DispatchQueue::mainAsync(&here, [&isAnswered] { isAnswered = true; });
+        };
+        BrevantoServerManager::sharedServerManager()->getImage(server.url(QStringLiteral("/more")), answered, answered);
+        if (!QTest::qWaitFor([&isAnswered] { return isAnswered; }))
+            return false;
+        QCoreApplication::processEvents();
+    }
+    return true;
 }

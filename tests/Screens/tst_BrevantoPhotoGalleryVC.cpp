@@ -291,8 +291,8 @@ private Q_SLOTS:
         const int asked = m_server->requestCount();
         m_server->setHandler(picture);
         m_server->resume();
-        QTest::qWait(50);
-        QCOMPARE(m_server->requestCount(), asked);
+        QVERIFY(settle(*m_server));
+        QCOMPARE(m_server->requestCount(), asked + 2);
     }
 
     void staysLightWithCountlessImages()

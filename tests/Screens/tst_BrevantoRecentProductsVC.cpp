@@ -6,8 +6,6 @@
 #include "Brevanto/BrevantoAdVC.h"
 #include "Brevanto/BrevantoRecentProductsVC.h"
 #include "Brevanto/Model/BrevantoRecentsFileManager.h"
-#include "Brevanto/ServerManager/BrevantoServerManager.h"
-#include "Platform/Foundation/DispatchQueue.h"
 #include "Platform/Interface/ImageView.h"
 
 #include <QAccessible>
@@ -200,12 +198,9 @@ private Q_SLOTS:
         } while (std::none_of(shown.begin(), shown.end(), isReused));
         QTRY_VERIFY(areTilesFilled());
 
+        m_server->setHandler(picture);
         m_server->resume();
-        bool isAnswered = false;
-        BrevantoServerManager::sharedServerManager()->getImage(
-            m_server->url(u"/9"_s),
-            [&](const Platform::Image &) { Platform::DispatchQueue::mainAsync(this, [&] { isAnswered = true; }); }, {});
-        QTRY_VERIFY(isAnswered);
+        QVERIFY(settle(*m_server));
         for (const Tile &tile : tiles()) {
             if (tile.row >= 0)
                 QCOMPARE(rowOf(tile.imageView->image().bitmap().pixelColor(5, 5)), tile.row);
@@ -233,6 +228,7 @@ private Q_SLOTS:
     {
         addColumns<RawServer::Stage, bool>("stage", "isMoving");
         QTest::newRow("no answer") << RawServer::Stage::Nothing << false;
+        QTest::newRow("head") << RawServer::Stage::Head << false;
         QTest::newRow("half images") << RawServer::Stage::HalfBody << false;
         QTest::newRow("the grid moves") << RawServer::Stage::Everything << true;
     }
@@ -257,6 +253,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_screen);
         m_server->setHandler(picture);
         m_server->resume();
+        QVERIFY(settle(*m_server));
         QCOMPARE(m_stack->viewControllers().size(), std::size_t(1));
     }
 

@@ -149,11 +149,11 @@ private Q_SLOTS:
             QVERIFY(!camera.screen->view()->viewWithTag(301));
             QVERIFY(!camera.screen->isRequestOnProcess());
             QTRY_VERIFY(isLive(camera));
+            camera.server.setAnswer({});
             camera.server.resume();
-            // A second request that comes to its end shows that the first one has come to its own.
-            camera.prepareAnswer(CameraScreen::matches({u"second"_s}));
-            QTest::qWait(50);
+            QVERIFY(settle(camera.server));
             QVERIFY(!ad(camera) && !camera.alert());
+            camera.prepareAnswer(CameraScreen::matches({u"second"_s}));
             QVERIFY(camera.shoot());
         }
         camera.server.resume();
@@ -283,15 +283,19 @@ private Q_SLOTS:
 
     void closesAtAnyStage_data()
     {
-        QTest::addColumn<QString>("stage");
-        for (const char *stage : {"live", "photo under way", "before the upload", "uploading", "dialog", "answered"})
-            QTest::newRow(stage) << QString::fromLatin1(stage);
+        addColumns<QString, RawServer::Stage>("stage", "answer");
+        for (const char *stage : {"live", "photo under way", "before the upload", "head", "dialog", "answered"})
+            QTest::newRow(stage) << QString::fromLatin1(stage) << RawServer::Stage::Head;
+        QTest::newRow("no answer") << QString() << RawServer::Stage::Nothing;
+        QTest::newRow("half a head") << QString() << RawServer::Stage::HalfHead;
+        QTest::newRow("half an answer") << QString() << RawServer::Stage::HalfBody;
     }
     void closesAtAnyStage()
     {
         QFETCH(QString, stage);
+        QFETCH(RawServer::Stage, answer);
         CameraScreen camera;
-        camera.prepareAnswer(CameraScreen::matches({u"a"_s}));
+        camera.prepareAnswer(CameraScreen::matches({u"a"_s}), answer);
         camera.open();
         QTRY_VERIFY(camera.camera->isDelivering());
         if (stage == u"photo under way"_s || stage == u"before the upload"_s)
@@ -315,8 +319,9 @@ private Q_SLOTS:
         QTRY_VERIFY(!camera.screen && !camera.navigation);
         if (camera.camera->photo)
             camera.camera->photo(nullptr, {});
+        camera.server.setAnswer({});
         camera.server.resume();
-        QTest::qWait(50);
+        QVERIFY(settle(camera.server));
         camera.clock.advance(30s);
         QVERIFY(!host->presentedViewController());
         QTRY_VERIFY(!camera.camera->isDelivering());
