@@ -93,17 +93,18 @@ bool saveElsewhere(const QString &fault)
 
 int saveOnce(const QString &fault)
 {
-    if (fault == u"full"_s) {
+    const auto room = fault.toULong(); // 0 where the disk is not full
+    if (room > 0) {
         std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit little{64, 64};
+        const rlimit little{room, room};
         if (setrlimit(RLIMIT_FSIZE, &little) != 0)
             return 1;
     }
     constexpr uid_t nobody = 65534;
-    if (fault != u"full"_s && geteuid() == 0 && setuid(nobody) != 0)
+    if (room == 0 && geteuid() == 0 && setuid(nobody) != 0)
         return 1;
     const QStringList before = stored();
-    Recents::saveMatchGroupsToFileManager({group(u"lost"_s)});
+    Recents::saveMatchGroupsToFileManager({group(u"lost"_s, QString(200'000, u'x'))});
     return stored() == before && before.isEmpty() == (fault == u"unreadable"_s) ? 0 : 1;
 }
 
@@ -230,8 +231,10 @@ private Q_SLOTS:
                 QVERIFY(left.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
             },
             old, QStringList{u"3:first"_s} + old);
-        row(
-            "disk full", [] { QVERIFY(saveElsewhere(u"full"_s)); }, old, QStringList{u"3:first"_s} + old);
+        for (const int room : {64, 100'000, 200'000}) { // of a little more
+            const auto fill = [room] { QVERIFY(saveElsewhere(QString::number(room))); };
+            row(qPrintable(u"disk full after %1 bytes"_s.arg(room)), fill, old, QStringList{u"3:first"_s} + old);
+        }
         row(
             "read only", [] { QVERIFY(saveElsewhere(u"read-only"_s)); }, old, QStringList{u"3:first"_s} + old);
         row(
