@@ -71,4 +71,26 @@ QByteArray gifThatNeverEnds(int size)
     return gif + QByteArrayLiteral("\0;");
 }
 
+QByteArray gigabyteOfSpaces(bool isGzip)
+{
+    // One block of fixed codes: a space, and again and again 258 letters as the one before. Eight of these are 13
+    // bytes.
+    constexpr int rounds = 484'496;
+    constexpr quint32 size = 1 + rounds * 8 * 258;
+    const QByteArray copies = QByteArray("1100010100000").repeated(8);
+    const QByteArray bits = "110" + QByteArray("01010000") + copies + copies + "0000000";
+    QByteArray block((bits.size() + 7) / 8, '\0');
+    for (qsizetype i = 0; i < bits.size(); ++i)
+        block[i / 8] = char(block[i / 8] | (bits[i] - '0') << i % 8);
+    block.insert(2, block.mid(2, 13).repeated(rounds - 2));
+    QByteArray checksum(8, '\0');
+    if (!isGzip) {
+        qToBigEndian<quint32>(0x0e38e8d9, checksum.data());
+        return QByteArrayLiteral("\x78\x9c") + block + checksum.first(4);
+    }
+    qToLittleEndian<quint32>(0x0c9250d2, checksum.data());
+    qToLittleEndian<quint32>(size, checksum.data() + 4);
+    return QByteArrayLiteral("\x1f\x8b\x08\0\0\0\0\0\0\xff") + block + checksum;
+}
+
 } // namespace ImageBombs

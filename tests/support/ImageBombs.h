@@ -14,5 +14,7 @@ QByteArray jpegWithComments(int count, bool isBehind);
 QByteArray jpegOfScans(int size, int count);
 // A GIF whose only frame unpacks to many times its size: hours for 16 MiB of it.
 QByteArray gifThatNeverEnds(int size);
+// No image: a thousand million spaces in six megabytes, with the frame of gzip or, as "deflate" has it, of zlib.
+QByteArray gigabyteOfSpaces(bool isGzip);
 
 } // namespace ImageBombs
