@@ -16,7 +16,7 @@ namespace BrevantoFields
 // and for what has no text (lists, objects, dates).
 BREVANTO_EXPORT QString text(const QVariant &field);
 
-// The same for those who put it before the user: of an endless text only the beginning (Platform::shownText).
+// The same for those who put it before the user: of an endless text only the first 1000 letters.
 BREVANTO_EXPORT QString shownText(const QVariant &field);
 
 // The field as a number; nothing for null and for every other kind, text that looks like a number included.

@@ -30,7 +30,8 @@ public:
     // How failures do.
     using FailureBlock = QuillfernServerParamsObject::FailureBlock;
 
-    // The shared manager, made when first asked for. Lives until the application object goes. Threads that race for the
+    // The shared manager, made when first asked for. Lives until the application object goes, after which there is to be
+    // no call. Threads that race for the
     // first one may each be given a manager of their own; the last one made is kept.
     static std::shared_ptr<BrevantoServerManager> sharedServerManager();
 
@@ -66,8 +67,8 @@ public:
     // Shortens an address. Null when the shortener declines, and, at once, for an empty address.
     void getShortenedURLFor(const QString &longUrl, const std::function<void(const QString &)> &completionBlock,
                             const FailureBlock &failureBlock);
-    // Uploads the JPEG bytes of a photo and completes with the groups of matches found, none when the list is empty.
-    // failureBlock gets nothing when the service answered with a failure.
+    // Uploads the JPEG bytes of a photo and completes with the groups of matches found: an empty list when there
+    // are none, never null. The bytes are sent as they are, none too. failureBlock gets nothing when the service answered with a failure.
     void
     postCapturedImageData(const QByteArray &jpegData,
                           const std::function<void(const std::optional<BrevantoMatchGroupList> &)> &completionBlock,

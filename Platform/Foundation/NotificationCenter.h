@@ -31,7 +31,7 @@ public:
     static NotificationCenter &defaultCenter();
 
     // Calls `handler` for each notification of that name, from `sender` alone or, when null, from any sender, until
-    // `observer` is removed, or it or `sender` is destroyed.
+    // `observer` is removed, or it or `sender` is destroyed. Neither is owned; nothing is observed for a null observer.
     void addObserver(QObject *observer, const QString &name, Handler handler, QObject *sender = nullptr);
 
     // Removes all that `observer` observes under that name.

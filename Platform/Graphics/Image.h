@@ -33,6 +33,7 @@ public:
 
     Image() = default;
     // An image over pixels that are decoded already.
+    // Null over a null bitmap; a scale that is not above 0 counts as 1.
     explicit Image(const QImage &bitmap, qreal scale = 1.0, ImageOrientation orientation = ImageOrientation::Up);
 
     // The image in encoded bytes from anywhere: JPEG, PNG, GIF, WebP or BMP. Null when the bytes are something else, or
@@ -48,6 +49,7 @@ public:
     bool isFromAnywhere() const;
 
     // Width and height in points, upright: pixels divided by scale, sides swapped where the orientation turns them.
+    // 0 by 0 of a null image.
     QSizeF size() const;
     // Width and height of the stored bitmap in pixels, orientation not applied.
     QSize bitmapSize() const;

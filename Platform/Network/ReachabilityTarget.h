@@ -42,7 +42,8 @@ public:
     // behind a default route, of IPv4 or, where a network has no other, of IPv6. Null for a null address.
     static std::unique_ptr<ReachabilityTarget> withAddress(const QHostAddress &address);
 
-    // Makes a target in place of the system's, for one of a host name and an address; the other is empty or null.
+    // Makes a target in place of the system's, for one of a host name and an address; the other is empty or null. It may
+    // answer null: then there is no target.
     using Factory = std::function<std::unique_ptr<ReachabilityTarget>(const QString &hostName, const QHostAddress &)>;
     // Puts a factory to use; an empty one restores the system's targets. Living targets stay as they are. Main thread.
     static void setFactory(Factory factory);
@@ -53,7 +54,8 @@ public:
     // The flag word now; nothing when it cannot be read. From any thread.
     virtual std::optional<quint32> flags() const = 0;
 
-    // What to call, with `info`, when the flag word has changed while the target is scheduled; null for nothing.
+    // What to call, with `info`, when the flag word has changed while the target is scheduled; null for nothing. `info`
+    // is not owned and outlives the scheduling.
     // False when the system refuses.
     virtual bool setCallback(Callback callback, QObject *info) = 0;
     // Delivers changes on the calling thread, whose event loop must run. False when the system refuses: no change is

@@ -31,7 +31,7 @@ struct URLRequest {
     // answer that comes in. The request ends up to half a second later, so that a caller who times the same span sees
     // his own end first.
     std::chrono::milliseconds timeout{60000};
-    // A longer body of the answer is cut off with TooLarge. The session's limit holds beside it.
+    // In bytes. A longer body of the answer is cut off with TooLarge. The session's limit holds beside it.
     std::optional<qint64> maximumBodySize;
 };
 
@@ -74,7 +74,7 @@ public:
                                           std::optional<URLError> error)>;
     // The limits of a session.
     struct Configuration {
-        // A longer body is cut off with TooLarge. Little more than that is held in memory, however much is sent.
+        // In bytes. A longer body is cut off with TooLarge. Little more than that is held in memory, however much is sent.
         qint64 maximumBodySize = qint64{64} * 1024 * 1024;
         // The longest that one request takes, redirects included, before it ends with TimedOut; so that an answer that
         // only drips ends too.

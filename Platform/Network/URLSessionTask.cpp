@@ -36,6 +36,9 @@ std::optional<URLError> fault(const QUrl &url)
 QNetworkRequest networkRequest(const URLRequest &request)
 {
     QNetworkRequest result(request.url);
+    // Where these are missing, Qt tells the user's languages, and calls itself a browser.
+    result.setRawHeader("Accept-Language", "en");
+    result.setRawHeader("User-Agent", "Brevanto");
     for (auto header = request.headers.cbegin(); header != request.headers.cend(); ++header)
         result.setRawHeader(header.key(), header.value());
     result.setRawHeader("Accept-Encoding", "identity");

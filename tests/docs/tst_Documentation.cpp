@@ -121,8 +121,9 @@ private Q_SLOTS:
         QCOMPARE(QString::fromLatin1("Content-Type: " + request.headers.value("content-type")),
                  captured(m_protocol, u"`(Content-Type: multipart[^`]*)`"_s)[0]);
 
-        QCOMPARE(QString::fromLatin1("Accept-Encoding: " + request.headers.value("accept-encoding")),
-                 captured(m_protocol, u"`(Accept-Encoding: [^`]*)`"_s).value(0));
+        for (const QString &name : {u"Accept-Encoding"_s, u"Accept-Language"_s, u"User-Agent"_s})
+            QCOMPARE(name + u": "_s + QString::fromLatin1(request.headers.value(name.toLower().toLatin1())),
+                     captured(m_protocol, u"`(%1: [^`]*)`"_s.arg(name)).value(0));
 
         QByteArray documented = blocks(m_protocol, {}).value(0).remove(u'\n').toUtf8();
         documented.replace("␍␊", "\r\n");
