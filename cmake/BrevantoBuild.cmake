@@ -15,8 +15,8 @@ function(brevanto_target_defaults target)
         if(BREVANTO_WARNINGS_AS_ERRORS)
             target_compile_options(${target} PRIVATE -Werror)
         endif()
-        # So that the linker can leave out what nothing calls.
-        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-ffunction-sections -fdata-sections>)
+        # As Qt is built: -O3, which CMake takes by itself, is larger. And so that the linker can leave out what nothing calls.
+        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O2 -ffunction-sections -fdata-sections>)
         if(BREVANTO_SANITIZE)
             list(JOIN BREVANTO_SANITIZE "," sanitizers)
             # Without vptr: it knows objects by their RTTI, and Qt WebEngine's items are built without.

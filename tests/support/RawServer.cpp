@@ -406,10 +406,10 @@ int RawServer::connectionCount() const
 // Waits until it is done.
 void RawServer::doThere(const std::function<void()> &work)
 {
-    std::promise<void> isDone;
-    m_listener->post([&] {
+    const auto isDone = std::make_shared<std::promise<void>>();
+    m_listener->post([&work, isDone] {
         work();
-        isDone.set_value();
+        isDone->set_value();
     });
-    isDone.get_future().wait();
+    isDone->get_future().wait();
 }
