@@ -303,16 +303,17 @@ void Soak::shoot(const QByteArray &photo)
     m_camera->jpeg = photo;
     kill(m_servicePid, SIGSTOP); // so that nobody overlooks a quick answer
     int looks = 0;
+    int taps = 0;
     until(
         u"the photo was not sent"_s,
         [&] {
             if (m_screen->isRequestOnProcess())
                 return true;
-            // The answer to the photo before may be taken for this one's before anybody looks.
-            if (m_isAnswerDue && (top() != m_screen || looks > 400))
+            // The answer to the photo before may be taken for this one's before anybody looks. The camera rests then.
+            if (m_isAnswerDue && (top() != m_screen || ++looks > 1000))
                 return true;
             const QQuickItem *shutter = touchable(u"captureButton"_s);
-            if (shutter && m_camera->isDelivering() && looks++ % 50 == 0)
+            if (shutter && m_camera->isDelivering() && taps++ % 50 == 0)
                 m_user.tap(m_user.centerOf(shutter));
             return false;
         },
