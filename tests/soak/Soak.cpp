@@ -46,6 +46,11 @@ QByteArray contentOf(const QString &path)
     return file.readAll();
 }
 
+bool isRecents(const Platform::ViewController *screen)
+{
+    return qobject_cast<const BrevantoRecentProductsVC *>(screen) != nullptr;
+}
+
 } // namespace
 
 Soak::Soak(const QString &service, qint64 servicePid, const QString &photoFolder, quint32 seed)
@@ -169,10 +174,13 @@ void Soak::takeAnswer(std::chrono::milliseconds step)
         return;
     }
     // Failures are told in the place of the question that a time-out left; otherwise the camera stays still until the
-    // screen comes again.
-    if (!m_screen->presentedViewController()) {
+    // screen comes again. Between two alerts there is a moment without one.
+    const auto isToldOrLeft = [this] { return m_screen->presentedViewController() || isRecents(top()); };
+    if (!m_screen->presentedViewController())
+        act(u"recentsButton"_s, isToldOrLeft);
+    if (isRecents(top())) {
         ++m_outcomes.failures;
-        visitRecents();
+        lookAtRecents();
         return;
     }
     bool hasFailed = false;
@@ -210,7 +218,12 @@ void Soak::closeCamera()
 
 void Soak::visitRecents()
 {
-    act(u"recentsButton"_s, [this] { return qobject_cast<BrevantoRecentProductsVC *>(top()) != nullptr; });
+    act(u"recentsButton"_s, [this] { return isRecents(top()); });
+    lookAtRecents();
+}
+
+void Soak::lookAtRecents()
+{
     Platform::ViewController *recents = top();
     remember(recents);
     until(

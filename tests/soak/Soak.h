@@ -40,6 +40,7 @@ private:
     void openCamera();
     void closeCamera();
     void visitRecents();
+    void lookAtRecents();
     void lookAtAd(Platform::ViewController *below);
     void lookAtOptions(BrevantoAdVC *ad);
     void lookAtGallery(BrevantoAdVC *ad);
