@@ -212,8 +212,7 @@ struct HttpServer::Callbacks {
         try {
             return handler.answer(request);
         } catch (const std::exception &exception) {
-            std::fprintf(stderr, "%s %s: %s\n", request.method.constData(), qPrintable(request.path),
-                         exception.what());
+            std::fprintf(stderr, "%s %s: %s\n", request.method.constData(), qPrintable(request.path), exception.what());
             return handler.refusal(500, QStringLiteral("The service cannot answer this"));
         }
     }

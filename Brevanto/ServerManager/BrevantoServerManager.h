@@ -30,9 +30,9 @@ public:
     // How failures do.
     using FailureBlock = QuillfernServerParamsObject::FailureBlock;
 
-    // The shared manager, made when first asked for. Lives until the application object goes, after which there is to be
-    // no call. Threads that race for the
-    // first one may each be given a manager of their own; the last one made is kept.
+    // The shared manager, made when first asked for. Lives until the application object goes, after which there is to
+    // be no call. Threads that race for the first one may each be given a manager of their own; the last one made is
+    // kept.
     static std::shared_ptr<BrevantoServerManager> sharedServerManager();
 
     // A manager with a session of its own. Replaces the work queue of all managers.
@@ -68,7 +68,8 @@ public:
     void getShortenedURLFor(const QString &longUrl, const std::function<void(const QString &)> &completionBlock,
                             const FailureBlock &failureBlock);
     // Uploads the JPEG bytes of a photo and completes with the groups of matches found: an empty list when there
-    // are none, never null. The bytes are sent as they are, none too. failureBlock gets nothing when the service answered with a failure.
+    // are none, never null. The bytes are sent as they are, none too. failureBlock gets nothing when the service
+    // answered with a failure.
     void
     postCapturedImageData(const QByteArray &jpegData,
                           const std::function<void(const std::optional<BrevantoMatchGroupList> &)> &completionBlock,

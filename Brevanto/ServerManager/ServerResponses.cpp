@@ -32,7 +32,8 @@ int escapedCommas(std::string_view data)
 bool hasTooManyValues(const QByteArray &data)
 {
     const auto counted = [](int count, char byte) { return count + (byte == ',' || byte == '[' || byte == '{'); };
-    return std::accumulate(data.begin(), data.end(), escapedCommas({data.data(), size_t(data.size())}), counted) > mostValues;
+    return std::accumulate(data.begin(), data.end(), escapedCommas({data.data(), size_t(data.size())}), counted)
+        > mostValues;
 }
 
 // Undefined for bytes that do not decode or hold too much, and for a list or a lone value, of which no answer that is

@@ -42,8 +42,8 @@ public:
     // behind a default route, of IPv4 or, where a network has no other, of IPv6. Null for a null address.
     static std::unique_ptr<ReachabilityTarget> withAddress(const QHostAddress &address);
 
-    // Makes a target in place of the system's, for one of a host name and an address; the other is empty or null. It may
-    // answer null: then there is no target.
+    // Makes a target in place of the system's, for one of a host name and an address; the other is empty or null. It
+    // may answer null: then there is no target.
     using Factory = std::function<std::unique_ptr<ReachabilityTarget>(const QString &hostName, const QHostAddress &)>;
     // Puts a factory to use; an empty one restores the system's targets. Living targets stay as they are. Main thread.
     static void setFactory(Factory factory);

@@ -74,7 +74,8 @@ public:
                                           std::optional<URLError> error)>;
     // The limits of a session.
     struct Configuration {
-        // In bytes. A longer body is cut off with TooLarge. Little more than that is held in memory, however much is sent.
+        // In bytes. A longer body is cut off with TooLarge. Little more than that is held in memory, however much is
+        // sent.
         qint64 maximumBodySize = qint64{64} * 1024 * 1024;
         // The longest that one request takes, redirects included, before it ends with TimedOut; so that an answer that
         // only drips ends too.

@@ -132,8 +132,9 @@ private Q_SLOTS:
             error = noConnection;
         QFETCH(const QString, call);
         if (call.startsWith(u"failure"))
-            QTest::ignoreMessage(QtInfoMsg, call == u"failure nil" ? "A request failed: its answer is not accepted"
-                                                                   : "A request failed: nobody listens");
+            QTest::ignoreMessage(QtInfoMsg,
+                                 call == u"failure nil" ? "A request failed: its answer is not accepted"
+                                                        : "A request failed: nobody listens");
         if (target == Post)
             handlePostResponse(params, data, error);
         else
