@@ -32,8 +32,7 @@ public:
     using GoesOn = std::function<bool()>;
 
     Image() = default;
-    // An image over pixels that are decoded already.
-    // Null over a null bitmap; a scale that is not above 0 counts as 1.
+    // An image over pixels that are decoded already. Null over a null bitmap; a scale that is not above 0 counts as 1.
     explicit Image(const QImage &bitmap, qreal scale = 1.0, ImageOrientation orientation = ImageOrientation::Up);
 
     // The image in encoded bytes from anywhere: JPEG, PNG, GIF, WebP or BMP. Null when the bytes are something else, or

@@ -55,8 +55,7 @@ public:
     virtual std::optional<quint32> flags() const = 0;
 
     // What to call, with `info`, when the flag word has changed while the target is scheduled; null for nothing. `info`
-    // is not owned and outlives the scheduling.
-    // False when the system refuses.
+    // is not owned and outlives the scheduling. False when the system refuses.
     virtual bool setCallback(Callback callback, QObject *info) = 0;
     // Delivers changes on the calling thread, whose event loop must run. False when the system refuses: no change is
     // delivered then.
