@@ -90,6 +90,24 @@ QStringList textsOfObjects(const QJsonValue &example)
     return texts;
 }
 
+bool isOfKind(const QJsonValue &value, const QString &kind, bool isTakenAsSent)
+{
+    if (kind == "as sent"_L1)
+        return isTakenAsSent;
+    if (kind == "date"_L1 || kind.startsWith("text"_L1))
+        return value.isString();
+    if (kind == "number"_L1)
+        return value.isDouble();
+    if (kind == "true"_L1)
+        return value == true;
+    const QJsonArray entries = value.toArray();
+    const QString className = quoted(kind).value(0);
+    return kind.startsWith("list"_L1) && value.isArray()
+        && std::all_of(entries.begin(), entries.end(), [&](const auto entry) {
+               return className.isEmpty() ? entry.isString() : entry.toObject().value("0"_L1) == className;
+           });
+}
+
 } // namespace
 
 // Whether what docs/ says of bytes, keys and answers is what the library sends, writes and reads.
@@ -239,6 +257,44 @@ private Q_SLOTS:
         }
         QCOMPARE(documented, keysOfMatch);
         QVERIFY2(written.isEmpty(), qPrintable(written.keys().join(u' ')));
+    }
+
+    // Which of the service's keys fill a field of the archive, and with what.
+    void archiveSaysWhereFieldsComeFrom()
+    {
+        QHash<QString, QJsonValue> samples{
+            {u"relatedArticleLinks"_s,
+             fromJson(uR"([{"url":"polls:1"},{"url":"quiz:2"},{"url":"ads:3"},{"url":"4"}])"_s)},
+            {u"relatedContentIdentifiers"_s, fromJson(uR"(["quiz-1","polls-2"])"_s)}};
+        for (const QStringList &row : rows(m_protocol)) {
+            const QStringList keys = quoted(row[0]), examples = quoted(row[3]);
+            for (qsizetype i = 0; i < keys.size(); ++i) {
+                if (!samples.contains(keys[i]))
+                    samples.insert(keys[i], fromJson(examples.value(i, examples.constLast())));
+            }
+        }
+        QMap<QString, QMap<QString, QJsonValue>> filled; // fields, and the service's keys for each
+        for (auto sample = samples.cbegin(); sample != samples.cend(); ++sample) {
+            const QJsonObject fields = mapped(sample.key(), sample.value());
+            for (auto field = fields.begin(); field != fields.end(); ++field)
+                filled[field.key()].insert(sample.key(), field.value());
+        }
+        for (const QStringList &row : rows(page(u"archive-format.md"_s))) {
+            if (row.size() != 3)
+                continue;
+            const QString key = quoted(row[0])[0];
+            QStringList documented = quoted(row[2]);
+            documented.sort();
+            const QStringList keys = filled[key].keys();
+            if (row[2].endsWith("else the first image"_L1))
+                QVERIFY2(std::includes(keys.begin(), keys.end(), documented.begin(), documented.end()),
+                         qPrintable(key));
+            else
+                QVERIFY2(keys == documented, qPrintable(key + u": "_s + keys.join(u' ')));
+            for (const QString &from : documented)
+                QVERIFY2(isOfKind(filled[key][from], row[1], mapped(from, true)[key] == true),
+                         qPrintable(key + u" of "_s + from + u" is no "_s + row[1]));
+        }
     }
 
 private:

@@ -41,6 +41,7 @@ QStringList grown(const char *what, qint64 before, qint64 after, qint64 allowanc
 Inventory Inventory::of(QQuickWindow *window)
 {
     Inventory inventory;
+    window->releaseResources(); // pictures that Qt keeps in case they are shown again
     malloc_trim(0);
     inventory.resident = residentMemory();
     const struct mallinfo2 heap = mallinfo2();
@@ -53,8 +54,9 @@ Inventory Inventory::of(QQuickWindow *window)
             ++inventory.sockets;
     }
     inventory.items = itemsIn(window->contentItem());
-    inventory.objects = ObjectCensus::count();
     inventory.classes = ObjectCensus::classes();
+    // Of each scene's file Qt keeps the context of the last instance, as an object only where something asked for one.
+    inventory.objects = ObjectCensus::count() - inventory.classes.take("QQmlContext");
     inventory.screens = ObjectCensus::count(
         [](const QObject *object) { return qobject_cast<const Platform::ViewController *>(object) != nullptr; });
     return inventory;

@@ -4,13 +4,13 @@
 #include <QQuickWindow>
 #include <QStringList>
 
-// What this process holds, as its system, its allocator and Qt tell.
+// What this process holds, as its system, its allocator and Qt tell. Pictures that Qt keeps in no use are let go first.
 struct Inventory {
     qint64 resident = 0; // bytes in RAM, after the allocator has given back what it can
     qint64 allocated = 0; // bytes that the allocator has handed out
     qint64 screens = 0; // view controllers, the host's own among them
     qint64 items = 0; // in the window
-    qint64 objects = 0; // QObjects of all threads
+    qint64 objects = 0; // QObjects of all threads, but for QML's contexts
     QMap<QByteArray, int> classes = {}; // of those of the main thread
     qint64 threads = 0;
     qint64 sockets = 0;

@@ -98,8 +98,8 @@ bool Soak::run(int count, bool leaks)
             takeInventory(captures, {}, 0s);
     }
     const auto leftScreen = leaks ? std::make_unique<Platform::ViewController>() : nullptr;
-    QFile leftFile(u"/dev/null"_s);
-    if (leaks && !leftFile.open(QIODevice::ReadOnly))
+    const auto leftFile = leaks ? std::make_unique<QFile>(u"/dev/null"_s) : nullptr;
+    if (leftFile && !leftFile->open(QIODevice::ReadOnly))
         throw StepFailed("no file can be left behind");
     const Inventory last = takeInventory(count, first, idleTime);
     std::printf("%d captures in %lld s: %d ads, %d times nothing, %d failures, %d time-outs\n", count,

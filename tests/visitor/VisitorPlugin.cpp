@@ -10,9 +10,26 @@
 namespace
 {
 
-// Sees the camera screen of a host, once it has pressed the button for it where there is one, and goes back; the
-// application's status says whether that came about.
-int visit(const QString &button)
+// The enabled button whose text begins so.
+QQuickItem *requireButton(const WindowDriver &user, const QString &beginning)
+{
+    QQuickItem *button = nullptr;
+    const auto isThere = [&] {
+        button = nullptr;
+        user.visit([&](QQuickItem *item) {
+            if (item->isEnabled() && item->inherits("QQuickButton")
+                && item->property("text").toString().startsWith(beginning))
+                button = item;
+        });
+        return button != nullptr;
+    };
+    user.require(isThere, QStringLiteral("there is no button \"%1\"").arg(beginning));
+    return button;
+}
+
+// Presses the host's button, where it is told one, sees the camera screen, goes back and reads the greeting, where it
+// is told one; the application's status says whether that came about.
+int visit(const QString &button, const QString &greeting)
 {
     try {
         const auto window = [] {
@@ -23,12 +40,11 @@ int visit(const QString &button)
             throw StepFailed("there is no window");
         WindowDriver user(window(), WindowDriver::Manner::Touch);
         if (!button.isEmpty())
-            user.activate(user.requireItem(button));
+            user.activate(requireButton(user, button));
         user.requireItem(QStringLiteral("captureButton"));
         user.settle();
         user.activate(user.requireItem(QStringLiteral("closeButton")));
-        if (!button.isEmpty())
-            user.requireText(QStringLiteral("Welcome back."));
+        user.requireText(greeting);
         user.require([&] { return !user.item(QStringLiteral("closeButton")); },
                      QStringLiteral("the camera screen did not go"));
         return 0;
@@ -46,12 +62,14 @@ class VisitorPlugin : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "visitor.json")
 
 public:
-    QObject *create(const QString &, const QString &button) override
+    // What it is told: "button/greeting", or nothing.
+    QObject *create(const QString &, const QString &told) override
     {
         // Whoever calls owns it; Qt does when it has loaded the plugins.
         auto timer = std::make_unique<QTimer>();
         timer->setSingleShot(true);
-        connect(timer.get(), &QTimer::timeout, timer.get(), [button] { QCoreApplication::exit(visit(button)); });
+        connect(timer.get(), &QTimer::timeout, timer.get(),
+                [told] { QCoreApplication::exit(visit(told.section(u'/', 0, 0), told.section(u'/', 1))); });
         timer->start();
         return timer.release();
     }
