@@ -51,7 +51,8 @@ Settings settingsFrom(const QCoreApplication &application)
         {QStringLiteral("cache"), QStringLiteral("Folder that keeps what is known of the ads; empty for none."),
          QStringLiteral("folder"), cacheFolder},
         {QStringLiteral("timeout"),
-         QStringLiteral("Seconds after which a silent connection is closed; a request, or an answer, may take three times as long."),
+         QStringLiteral("Seconds after which a silent connection is closed; a request, or an answer, may take three "
+                        "times as long."),
          QStringLiteral("seconds"), QStringLiteral("10")},
         {QStringLiteral("connections"), QStringLiteral("Connections served at a time."), QStringLiteral("number"),
          QStringLiteral("64")},

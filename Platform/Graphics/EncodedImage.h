@@ -5,9 +5,9 @@
 namespace Platform
 {
 
-// An encoded image from anywhere without what only its decoders would spend memory and time on: texts, comments, chunks of
-// no known kind. A PNG text of a few kilobytes unpacks to megabytes, and there may be a thousand. The few segments that
-// cameras add to a JPEG stay: they are skipped faster than its bytes are copied.
+// An encoded image from anywhere without what only its decoders would spend memory and time on: texts, comments, chunks
+// of no known kind. A PNG text of a few kilobytes unpacks to megabytes, and there may be a thousand. The few segments
+// that cameras add to a JPEG stay: they are skipped faster than its bytes are copied.
 struct EncodedImage {
     QByteArray format; // as QImageReader names it; empty when these bytes are no image
     QByteArray bytes;
