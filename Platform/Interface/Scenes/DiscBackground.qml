@@ -9,5 +9,8 @@ Image {
     anchors.fill: parent
     z: -1
     source: "image://brevanto-disc/" + color.toString().substring(1)
-    sourceSize: Qt.size(Math.ceil(width * Screen.devicePixelRatio), Math.ceil(height * Screen.devicePixelRatio))
+    sourceSize {
+        width: Math.ceil(width * Screen.devicePixelRatio)
+        height: Math.ceil(height * Screen.devicePixelRatio)
+    }
 }
